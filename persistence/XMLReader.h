@@ -1,0 +1,136 @@
+#pragma once
+// Reads XML through expat into a tree of XMLItem elements.
+//
+// By default the whole document is kept as a tree (GetNodeList). A subclass
+// can instead consume elements as they finish (EndItem answers true), so
+// that a large document never exists as a whole tree in memory.
+//
+// Documents with a document type declaration are refused: the files read here
+// never carry one, and refusing it keeps entity expansion out of reach.
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+class XMLAttributes {
+public:
+    void Add(std::string name, std::string value) { items.emplace_back(std::move(name), std::move(value)); }
+    bool Has(std::string_view name) const { return Find(name) != nullptr; }
+    // The value of the attribute, or null when absent.
+    const std::string* Find(std::string_view name) const;
+    std::string GetString(std::string_view name, const std::string& otherwise = std::string()) const;
+    // Numbers read leniently: leading white space, a sign, digits; anything
+    // unreadable gives the fallback.
+    long GetLong(std::string_view name, long otherwise = 0) const;
+    unsigned long GetUnsigned(std::string_view name, unsigned long otherwise = 0) const;
+    double GetDouble(std::string_view name, double otherwise = 0) const;
+    // "1", "true" and "yes" (any case) are true; other text false.
+    bool GetBoolean(std::string_view name, bool otherwise = false) const;
+
+    size_t size() const { return items.size(); }
+    bool empty() const { return items.empty(); }
+    const std::vector<std::pair<std::string, std::string>>& Items() const { return items; }
+
+private:
+    std::vector<std::pair<std::string, std::string>> items;
+};
+
+class XMLItem {
+public:
+    explicit XMLItem(std::string name) : name(std::move(name)) {}
+    ~XMLItem();
+    XMLItem(const XMLItem&) = delete;
+    XMLItem& operator=(const XMLItem&) = delete;
+
+    const std::string& Name() const { return name; }
+    const XMLAttributes& Attributes() const { return attributes; }
+    XMLAttributes& Attributes() { return attributes; }
+    const std::string& Text() const { return text; }
+    std::string& MutableText() { return text; }
+
+    XMLItem* Father() const { return father; }
+    XMLItem* Son() const { return son; }
+    XMLItem* Brother() const { return brother; }
+    // The first child with that name, or null.
+    XMLItem* Find(std::string_view childName) const;
+    size_t ChildCount() const;
+
+    // Takes ownership of `child` and appends it as the youngest son.
+    void AddSon(XMLItem* child);
+    // Unlinks the youngest son and answers it (now owned by the caller).
+    XMLItem* RemoveYoungestSon();
+
+    // Whether character data inside this element is kept. A reader that
+    // knows an element holds only children can turn this off to save memory.
+    bool keepText = true;
+
+private:
+    std::string name;
+    XMLAttributes attributes;
+    std::string text;
+    XMLItem* father = nullptr;
+    XMLItem* son = nullptr;
+    XMLItem* youngest = nullptr;
+    XMLItem* brother = nullptr;
+    XMLItem* elder = nullptr;
+};
+
+class XMLReader {
+public:
+    XMLReader();
+    virtual ~XMLReader();
+    XMLReader(const XMLReader&) = delete;
+    XMLReader& operator=(const XMLReader&) = delete;
+
+    // Parses a complete document. Answers false on an error (ErrorMessage).
+    bool Parse(std::string_view data);
+    bool Parse(std::istream& stream);
+    bool ParseFile(const std::string& path);
+
+    // "line L, column C: what is wrong", empty after a good parse.
+    const std::string& ErrorMessage() const { return errorMessage; }
+    long ErrorLine() const { return errorLine; }
+    long ErrorColumn() const { return errorColumn; }
+
+    // The document element, when the tree was kept.
+    XMLItem* GetNodeList() const { return root.get(); }
+    // The first child of the document element.
+    XMLItem* FirstNode() const { return root ? root->Son() : nullptr; }
+
+    // Deepest nesting of elements accepted.
+    static constexpr int kMaxDepth = 4096;
+
+protected:
+    // Called when an element has begun, with its attributes read. Answering
+    // false stops the parse (with the message given to Fail, if any).
+    virtual bool StartItem(XMLItem* item) { return true; }
+    // Called when an element has ended. Answering true means the element was
+    // consumed: it is unlinked and deleted at once.
+    virtual bool EndItem(XMLItem* item) { return false; }
+    // Ends the parse with an error at the current position.
+    void Fail(const std::string& message);
+    int Depth() const { return depth; }
+
+private:
+    friend struct XMLReaderCallbacks;
+    struct Impl;
+    bool Begin();
+    bool Feed(const char* data, size_t length, bool last);
+    bool Finish(bool ok);
+    void OnStart(const char* name, const char** atts);
+    void OnEnd();
+    void OnText(const char* data, int length);
+    void RecordError(const std::string& message);
+
+    std::unique_ptr<Impl> impl;
+    std::unique_ptr<XMLItem> root;
+    XMLItem* current = nullptr;
+    int depth = 0;
+    std::string errorMessage;
+    long errorLine = 0;
+    long errorColumn = 0;
+    std::string failure;
+};

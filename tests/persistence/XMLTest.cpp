@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "XMLReader.h"
+#include "XMLWriter.h"
+
+TEST(XMLWriter, EscapesWhatXmlCannotHoldAsIs) {
+    EXPECT_EQ(XMLWriter::ToXML("a&b<c>d\"e'f"), "a&amp;b&lt;c&gt;d&quot;e&apos;f");
+    EXPECT_EQ(XMLWriter::ToXML("1"), "1");
+    EXPECT_EQ(XMLWriter::ToXML("0"), "0");
+    // Line breaks and tabs stay in text, become references in attributes;
+    // a carriage return is a reference in both.
+    EXPECT_EQ(XMLWriter::ToXML("a\tb\nc\rd"), "a\tb\nc&#13;d");
+    EXPECT_EQ(XMLWriter::ToXML("a\tb\nc\rd", true), "a&#9;b&#10;c&#13;d");
+    // Other control characters, broken UTF-8 and non-characters vanish.
+    EXPECT_EQ(XMLWriter::ToXML(std::string("x\x01y\0z", 5)), "xyz");
+    EXPECT_EQ(XMLWriter::ToXML("caf\xC3\xA9 \xF0\x9F\x98\x80"), "caf\xC3\xA9 \xF0\x9F\x98\x80");
+    EXPECT_EQ(XMLWriter::ToXML("bad\xC3 \xFF\xFE end"), "bad  end");
+    EXPECT_EQ(XMLWriter::ToXML("nc\xEF\xBF\xBF!"), "nc!");
+    EXPECT_EQ(XMLWriter::ToXML("sur\xED\xA0\x80!"), "sur!");
+    EXPECT_EQ(XMLWriter::ToXML("over\xC0\xAF!"), "over!");
+
+    XMLWriter w;
+    w.Open("item");
+    w.Put("ID", "12");
+    w.PutBoolean("on", true);
+    w.PutDouble("x", 0.1);
+    w.PutUnsigned("n", 4000000000UL);
+    w.EndTag();
+    w.Element("text", "<b>");
+    w.Close("item");
+    EXPECT_EQ(w.Result(), "<item ID=\"12\" on=\"1\" x=\"0.1\" n=\"4000000000\" ><text>&lt;b&gt;</text>\n</item>\n");
+}
+
+TEST(XMLReader, ReadsBackWhatTheWriterWrote) {
+    const std::string tricky = "line1\nline2\r\nend\twith \"quotes\" & 'apostrophes' <tags> \xE2\x82\xAC";
+    std::ostringstream stream;
+    {
+        XMLWriter w(stream);
+        w.Declaration();
+        w.Open("root");
+        w.Put("value", tricky);
+        w.PutDouble("pi", 3.141592653589793);
+        w.EndTag(true);
+        for (int i = 0; i < 3; ++i) {
+            w.Open("child");
+            w.PutLong("n", -i);
+            w.EndTag();
+            w.Text(tricky);
+            w.Close("child");
+        }
+        w.Close("root");
+    }
+    XMLReader reader;
+    ASSERT_TRUE(reader.Parse(stream.str())) << reader.ErrorMessage();
+    XMLItem* root = reader.GetNodeList();
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->Name(), "root");
+    EXPECT_EQ(root->Attributes().GetString("value"), tricky);
+    EXPECT_EQ(root->Attributes().GetDouble("pi"), 3.141592653589793);
+    EXPECT_EQ(root->ChildCount(), 3u);
+    int n = 0;
+    for (XMLItem* child = reader.FirstNode(); child; child = child->Brother(), ++n) {
+        EXPECT_EQ(child->Text(), tricky);
+        EXPECT_EQ(child->Attributes().GetLong("n"), -n);
+        EXPECT_EQ(child->Father(), root);
+    }
+    EXPECT_EQ(root->Find("child"), reader.FirstNode());
+    EXPECT_EQ(root->Find("none"), nullptr);
+
+    // Lenient typed lookups.
+    XMLAttributes a;
+    a.Add("b", "TRUE");
+    a.Add("u", "-3");
+    a.Add("d", "nonsense");
+    EXPECT_TRUE(a.GetBoolean("b"));
+    EXPECT_EQ(a.GetUnsigned("u", 7), 7u);
+    EXPECT_EQ(a.GetDouble("d", 1.5), 1.5);
+    EXPECT_EQ(a.GetLong("missing", 9), 9);
+}
+
+TEST(XMLReader, ReportsWhereADocumentIsBroken) {
+    XMLReader reader;
+    EXPECT_FALSE(reader.Parse("<a>\n  <b></c>\n</a>"));
+    EXPECT_EQ(reader.ErrorLine(), 2);
+    EXPECT_EQ(reader.ErrorColumn(), 8);
+    EXPECT_EQ(reader.ErrorMessage(), "line 2, column 8: mismatched tag");
+
+    EXPECT_FALSE(reader.Parse(""));
+    EXPECT_FALSE(reader.ErrorMessage().empty());
+    EXPECT_FALSE(reader.Parse("<a>unclosed"));
+    EXPECT_NE(reader.ErrorMessage().find("line 1"), std::string::npos);
+
+    // Entity tricks are refused at the document type.
+    EXPECT_FALSE(reader.Parse("<!DOCTYPE a [<!ENTITY x \"xx\">]><a>&x;</a>"));
+    EXPECT_NE(reader.ErrorMessage().find("document type"), std::string::npos);
+
+    std::string deep;
+    for (int i = 0; i <= XMLReader::kMaxDepth; ++i)
+        deep += "<a>";
+    EXPECT_FALSE(reader.Parse(deep));
+    EXPECT_NE(reader.ErrorMessage().find("nested too deeply"), std::string::npos);
+
+    // A good parse clears the previous error.
+    EXPECT_TRUE(reader.Parse("<a/>"));
+    EXPECT_EQ(reader.ErrorMessage(), "");
+    EXPECT_FALSE(reader.ParseFile("/nonexistent/file.ryl"));
+    EXPECT_NE(reader.ErrorMessage().find("cannot open"), std::string::npos);
+}
+
+namespace {
+
+// Consumes every <n> element as it ends, keeping only a count and a sum.
+class CountingReader : public XMLReader {
+public:
+    long count = 0;
+    long sum = 0;
+    size_t mostChildrenSeen = 0;
+
+protected:
+    bool StartItem(XMLItem* item) override {
+        if (item->Name() == "list")
+            item->keepText = false;
+        return item->Name() != "stop";
+    }
+    bool EndItem(XMLItem* item) override {
+        if (item->Name() != "n")
+            return false;
+        ++count;
+        sum += std::stol(item->Text());
+        if (item->Father())
+            mostChildrenSeen = std::max(mostChildrenSeen, item->Father()->ChildCount());
+        return true;
+    }
+};
+
+} // namespace
+
+TEST(XMLReader, ConsumesElementsAsTheyEnd) {
+    std::string doc = "<list>\n";
+    long expected = 0;
+    for (int i = 0; i < 200000; ++i) {
+        doc += "<n>" + std::to_string(i) + "</n>\n";
+        expected += i;
+    }
+    doc += "<kept/></list>";
+    std::istringstream stream(doc);
+    CountingReader reader;
+    ASSERT_TRUE(reader.Parse(stream)) << reader.ErrorMessage();
+    EXPECT_EQ(reader.count, 200000);
+    EXPECT_EQ(reader.sum, expected);
+    EXPECT_EQ(reader.mostChildrenSeen, 1u);
+    ASSERT_EQ(reader.GetNodeList()->ChildCount(), 1u);
+    EXPECT_EQ(reader.FirstNode()->Name(), "kept");
+    EXPECT_EQ(reader.GetNodeList()->Text(), "");
+
+    // A subclass can stop the parse; the position is reported.
+    EXPECT_FALSE(reader.Parse("<list>\n<stop/></list>"));
+    EXPECT_EQ(reader.ErrorLine(), 2);
+}
