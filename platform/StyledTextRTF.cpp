@@ -39,20 +39,35 @@ const char* AlignmentWord(TextAlignment alignment) {
 
 void PutNumber(std::string& out, long n) { out += std::to_string(n); }
 
-// Writes UTF-16 text with RTF escapes. `inTable` is for font names, where ";"
-// ends the entry and so cannot appear.
-void PutText(std::string& out, std::u16string_view text, bool inTable = false) {
+// How PutText writes: running text, or a name or URL inside a group where
+// \par and \tab mean nothing, so that every character is spelled \uN; in
+// a table ";" ends the entry and cannot appear.
+enum class TextMode { Running, Literal, Table };
+
+// Writes UTF-16 text with RTF escapes.
+void PutText(std::string& out, std::u16string_view text, TextMode mode = TextMode::Running) {
     for (char16_t c : text) {
         switch (c) {
         case u'\\': out += "\\\\"; continue;
         case u'{': out += "\\{"; continue;
         case u'}': out += "\\}"; continue;
-        case u'\n': out += "\\par\n"; continue;
-        case u'\t': out += "\\tab "; continue;
-        case 0x2028: out += "\\line "; continue;
         default: break;
         }
-        if (inTable && c == u';') {
+        if (mode == TextMode::Running) {
+            if (c == u'\n') {
+                out += "\\par\n";
+                continue;
+            }
+            if (c == u'\t') {
+                out += "\\tab ";
+                continue;
+            }
+            if (c == 0x2028) {
+                out += "\\line ";
+                continue;
+            }
+        }
+        if (mode == TextMode::Table && c == u';') {
             out += ',';
             continue;
         }
@@ -88,7 +103,7 @@ public:
                 out += "\\f";
                 PutNumber(out, static_cast<long>(i));
                 out += "\\fnil ";
-                PutText(out, Utf8ToUtf16(fonts[i]), true);
+                PutText(out, Utf8ToUtf16(fonts[i]), TextMode::Table);
                 out += ';';
             }
             out += "}\n";
@@ -191,7 +206,7 @@ private:
             else
                 quoted += c;
         }
-        PutText(out, Utf8ToUtf16(quoted));
+        PutText(out, Utf8ToUtf16(quoted), TextMode::Literal);
     }
 
     void WriteBody(std::string& out) {
@@ -229,7 +244,7 @@ private:
                 const std::string& name = attachment < names.size() ? names[attachment] : style.attachment->fileName;
                 ++attachment;
                 out += "{{\\NeXTGraphic ";
-                PutText(out, Utf8ToUtf16(name));
+                PutText(out, Utf8ToUtf16(name), TextMode::Literal);
                 out += " \\width";
                 PutNumber(out, style.attachment->width);
                 out += " \\height";
