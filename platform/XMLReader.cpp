@@ -189,6 +189,10 @@ bool XMLReader::Begin() {
     errorMessage.clear();
     errorLine = errorColumn = 0;
     failure.clear();
+    chunk = {};
+    chunkBase = 0;
+    capturing = nullptr;
+    captureBuffer.clear();
     if (!impl->parser) {
         errorMessage = "out of memory";
         return false;
@@ -220,6 +224,9 @@ bool XMLReader::Feed(const char* data, size_t length, bool last) {
     do {
         size_t piece = std::min(length, kPiece);
         bool final = last && piece == length;
+        chunk = std::string_view(data, piece);
+        if (capturing)
+            captureBuffer.append(chunk);
         if (XML_Parse(impl->parser, data, static_cast<int>(piece), final) != XML_STATUS_OK) {
             if (failure.empty())
                 RecordError(XML_ErrorString(XML_GetErrorCode(impl->parser)));
@@ -227,6 +234,7 @@ bool XMLReader::Feed(const char* data, size_t length, bool last) {
         }
         data += piece;
         length -= piece;
+        chunkBase += static_cast<long long>(piece);
     } while (length > 0);
     return true;
 }
@@ -248,21 +256,14 @@ bool XMLReader::Parse(std::string_view data) {
 bool XMLReader::Parse(std::istream& stream) {
     if (!Begin())
         return false;
-    constexpr int kChunk = 256 * 1024;
+    constexpr size_t kChunk = 256 * 1024;
+    std::string buffer(kChunk, '\0');
     for (;;) {
-        void* buffer = XML_GetBuffer(impl->parser, kChunk);
-        if (!buffer) {
-            errorMessage = "out of memory";
-            return false;
-        }
-        stream.read(static_cast<char*>(buffer), kChunk);
-        std::streamsize got = stream.gcount();
+        stream.read(buffer.data(), static_cast<std::streamsize>(kChunk));
+        size_t got = static_cast<size_t>(stream.gcount());
         bool last = got < kChunk;
-        if (XML_ParseBuffer(impl->parser, static_cast<int>(got), last) != XML_STATUS_OK) {
-            if (failure.empty())
-                RecordError(XML_ErrorString(XML_GetErrorCode(impl->parser)));
+        if (!Feed(buffer.data(), got, last))
             return false;
-        }
         if (last)
             break;
     }
@@ -298,8 +299,20 @@ void XMLReader::OnStart(const char* name, const char** atts) {
         root.reset(item);
     }
     current = item;
-    if (!StartItem(item) && failure.empty())
+    if (!StartItem(item) && failure.empty()) {
         Fail("stopped");
+        return;
+    }
+    if (item->captureRaw && !capturing) {
+        long long index = XML_GetCurrentByteIndex(impl->parser);
+        long long offset = index - chunkBase;
+        if (index >= 0 && offset >= 0 && static_cast<size_t>(offset) <= chunk.size()) {
+            capturing = item;
+            captureStart = index;
+            captureStartTagEnd = index + XML_GetCurrentByteCount(impl->parser);
+            captureBuffer.assign(chunk.substr(static_cast<size_t>(offset)));
+        }
+    }
 }
 
 void XMLReader::OnEnd() {
@@ -308,6 +321,14 @@ void XMLReader::OnEnd() {
     --depth;
     XMLItem* item = current;
     current = item->Father();
+    if (item == capturing) {
+        int count = XML_GetCurrentByteCount(impl->parser);
+        long long end = count > 0 ? XML_GetCurrentByteIndex(impl->parser) + count : captureStartTagEnd;
+        item->raw = captureBuffer.substr(0, static_cast<size_t>(end - captureStart));
+        captureBuffer.clear();
+        captureBuffer.shrink_to_fit();
+        capturing = nullptr;
+    }
     if (EndItem(item) && current) {
         delete current->RemoveYoungestSon();
     }

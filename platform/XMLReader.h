@@ -66,16 +66,23 @@ public:
     // Whether character data inside this element is kept. A reader that
     // knows an element holds only children can turn this off to save memory.
     bool keepText = true;
+    // Set in StartItem to have the element's exact bytes, from "<" of its
+    // start tag to ">" of its end tag, in Raw() when it ends. One element is
+    // captured at a time; requests inside a captured element are ignored.
+    bool captureRaw = false;
+    const std::string& Raw() const { return raw; }
 
 private:
     std::string name;
     XMLAttributes attributes;
     std::string text;
+    std::string raw;
     XMLItem* father = nullptr;
     XMLItem* son = nullptr;
     XMLItem* youngest = nullptr;
     XMLItem* brother = nullptr;
     XMLItem* elder = nullptr;
+    friend class XMLReader;
 };
 
 class XMLReader {
@@ -133,4 +140,12 @@ private:
     long errorLine = 0;
     long errorColumn = 0;
     std::string failure;
+
+    // The bytes being parsed, for capturing raw elements.
+    std::string_view chunk;
+    long long chunkBase = 0;
+    XMLItem* capturing = nullptr;
+    long long captureStart = 0;
+    long long captureStartTagEnd = 0;
+    std::string captureBuffer;
 };

@@ -159,3 +159,53 @@ TEST(XMLReader, ConsumesElementsAsTheyEnd) {
     EXPECT_FALSE(reader.Parse("<list>\n<stop/></list>"));
     EXPECT_EQ(reader.ErrorLine(), 2);
 }
+
+namespace {
+
+// Keeps the exact bytes of every <opaque> element.
+class CapturingReader : public XMLReader {
+public:
+    std::vector<std::string> captured;
+
+protected:
+    bool StartItem(XMLItem* item) override {
+        if (item->Name() == "opaque")
+            item->captureRaw = true;
+        return true;
+    }
+    bool EndItem(XMLItem* item) override {
+        if (item->Name() != "opaque" || item->Father()->Name() == "opaque")
+            return false;
+        captured.push_back(item->Raw());
+        return true;
+    }
+};
+
+} // namespace
+
+TEST(XMLReader, CapturesTheExactBytesOfAnElement) {
+    std::vector<std::string> pieces = {
+        "<opaque   a='1'  b=\"&amp;\"/>",
+        "<opaque>\n  <inner x=\"y\" >t&lt;ext</inner>\r\n<!-- note --><opaque>nested</opaque>\n</opaque >",
+        "<opaque><![CDATA[<raw> & stuff]]>\xC3\xA9</opaque>",
+    };
+    std::string doc = "<?xml version=\"1.0\"?>\n<root>";
+    std::vector<std::string> expected;
+    // Enough filler that elements straddle the reader's 256 KB chunks.
+    for (int round = 0; round < 40; ++round) {
+        doc += "<filler>" + std::string(9000 + round * 377, 'x') + "</filler>\n";
+        const std::string& piece = pieces[round % pieces.size()];
+        doc += piece;
+        expected.push_back(piece);
+    }
+    doc += "</root>";
+
+    CapturingReader fromString;
+    ASSERT_TRUE(fromString.Parse(doc)) << fromString.ErrorMessage();
+    EXPECT_EQ(fromString.captured, expected);
+
+    std::istringstream stream(doc);
+    CapturingReader fromStream;
+    ASSERT_TRUE(fromStream.Parse(stream)) << fromStream.ErrorMessage();
+    EXPECT_EQ(fromStream.captured, expected);
+}
