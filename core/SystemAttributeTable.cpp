@@ -30,7 +30,6 @@ static constexpr SystemAttributeRow Group(const char* group, const char* categor
     r.category = true;
     r.group = group;
     r.name = category;
-    r.flags = SystemAttributeRow::kReadOnly;
     return r;
 }
 
