@@ -11,11 +11,11 @@
 #include "NodeVector.h"
 #include "PColor.h"
 #include "SetList.h"
+#include "StyledText.h"
 
 class STime;
 class STimeInterval;
 class Node;
-class RichText;
 
 class ActionResult {
 public:
@@ -66,8 +66,8 @@ public:
     virtual ActionResult Append(const ActionResult& other) const;
     // Compares the raw text field.
     virtual bool operator==(const std::string& text) const;
-    virtual std::shared_ptr<RichText> AttributedString() const;
-    virtual void AttributedString(std::shared_ptr<RichText> text);
+    virtual std::shared_ptr<StyledText> AttributedString() const;
+    virtual void AttributedString(std::shared_ptr<StyledText> text);
     virtual void HasString(bool flag);
 
     // The fields are open to the evaluator, which builds results in place.
@@ -76,6 +76,6 @@ public:
     bool isNumber = true;
     mutable double number = 0.0;
     NodeVector nodes;
-    std::shared_ptr<RichText> richText;
+    std::shared_ptr<StyledText> richText;
     mutable SharedDictionary dictionary;
 };

@@ -40,7 +40,8 @@ public:
     void RemoveOne(const std::string& item);
     // RemoveOne when present, otherwise Add(item, ';').
     void Toggle(const std::string& item);
-    // By position; out-of-range positions are ignored (Insert appends at the end).
+    // By position. Insert appends when the position is out of range; Set and
+    // Remove ignore such a position.
     void Insert(int i, const std::string& item);
     void Set(int i, const std::string& item);
     void Remove(int i);

@@ -4,6 +4,7 @@
 // attribute uses the transformer named by SortTransform / SortAlsoTransform;
 // export filters use the text transformers.
 #include <memory>
+#include <vector>
 #include <string>
 
 class Node;

@@ -248,6 +248,7 @@ public:
     explicit CountedBooleanValue(bool flag);
     // Only "true" gives true.
     explicit CountedBooleanValue(const std::string& text);
+    explicit CountedBooleanValue(const char* text) : CountedBooleanValue(std::string(text ? text : "")) {}
 
     // Counts the reference on the values' queue and returns itself.
     Value* Clone() const override;

@@ -16,7 +16,6 @@ class Node;
 class Hypertext;
 class Action;
 class NodeVector;
-class RichText;
 
 struct ValueHooks {
     // Compiles action code (StringValue::AsAgentAction). May throw; a throw
@@ -55,11 +54,6 @@ struct ValueHooks {
     // Hands a released value to a document for deletion
     // (StValue's destructor). Without it the value is deleted at once.
     std::function<void(const Node* note, const class Value* value)> deleteValueForNote;
-
-    // Joins two rich texts with a line feed (ActionResult::Append).
-    std::function<std::shared_ptr<RichText>(const std::shared_ptr<RichText>& first,
-                                                    const std::shared_ptr<RichText>& second)>
-        joinRichText;
 
     // Runs a block on the main thread (ValueRecyclingPool::Drain hands the
     // drained values there). Without it the block runs at once.

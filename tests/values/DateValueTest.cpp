@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "DateValue.h"
+
+namespace {
+
+ValuePtr Date(const std::string& text) {
+    return ValuePtr(Value::ForDate(text));
+}
+
+}  // namespace
+
+TEST(DateValueTest, TextForms) {
+    ValuePtr never(Value::Never());
+    for (const char* t : {"", "never", "0"}) EXPECT_EQ(Date(t).get(), never.get()) << t;
+    EXPECT_EQ(never->AsXML(), "never");
+    EXPECT_EQ(ValuePtr(Value::Create(AttributeType::kDate, "never")).get(), never.get());
+
+    auto iso = Date("2021-03-04T10:00:00Z");
+    EXPECT_EQ(iso->AsXML(), "2021-03-04T10:00:00Z");
+    EXPECT_EQ(iso->AsString(), "2021-03-04T10:00:00Z");
+    EXPECT_EQ(iso->AsLong(), 1614852000);
+    EXPECT_EQ(iso->AsDouble(), 1614852000.0);
+    EXPECT_TRUE(iso->AsBoolean());
+    EXPECT_EQ(iso->AsTime(), STime(1614852000.0));
+
+    // Unreadable text is never.
+    EXPECT_EQ(Date("not a date at all").get(), never.get());
+
+    // A quoted expression is kept and resolved on first use.
+    auto quoted = Date("\"2021-03-04T10:00:00Z\"");
+    auto* held = dynamic_cast<DateValue*>(quoted.get());
+    ASSERT_NE(held, nullptr);
+    EXPECT_EQ(held->Expression(), "2021-03-04T10:00:00Z");
+    EXPECT_EQ(quoted->AsString(), "\"2021-03-04T10:00:00Z\"");
+    EXPECT_EQ(quoted->AsFormattedString("%Y"), "\"2021-03-04T10:00:00Z\"");
+    EXPECT_EQ(quoted->AsDouble(), STime::Never().SecondsSince1970());  // not resolved by AsDouble
+    EXPECT_EQ(quoted->AsXML(), "2021-03-04T10:00:00Z");
+    EXPECT_EQ(quoted->AsDouble(), 1614852000.0);
+    EXPECT_EQ(quoted->AsString(), "\"2021-03-04T10:00:00Z\"");  // the expression stays
+
+    auto parens = Date("(2021-03-04T10:00:00Z)");
+    EXPECT_EQ(dynamic_cast<DateValue*>(parens.get())->Expression(), "2021-03-04T10:00:00Z");
+    EXPECT_EQ(parens->AsTime(), STime(1614852000.0));
+
+    // Quotes not at the start: the length is (position of the last quote) - 1.
+    auto odd = Date("ab\"cdef\"");
+    EXPECT_EQ(dynamic_cast<DateValue*>(odd.get())->Expression(), "cdef\"");
+    // A lone quote leaves an empty expression, which resolves to never.
+    EXPECT_TRUE(Date("\"")->AsTime().IsNever());
+
+    // Deeply nested expressions end as never instead of exhausting the stack.
+    std::string deep(5000, '(');
+    deep += "2021-03-04";
+    deep += std::string(5000, ')');
+    EXPECT_TRUE(Date(deep)->AsTime().IsNever());
+}
+
+TEST(DateValueTest, CompareEqualAndSort) {
+    auto morning = Date("2021-03-04T08:00:00Z");
+    auto evening = Date("2021-03-04T20:00:00Z");
+    auto nextDay = Date("2021-03-05T08:00:00Z");
+    ValuePtr never(Value::Never());
+
+    EXPECT_EQ(morning->compare(evening.get()), -1);
+    EXPECT_TRUE(morning->equal(evening.get()));  // same day
+    EXPECT_FALSE(morning->equal(nextDay.get()));
+    EXPECT_EQ(morning->compare(never.get()), -1);
+    EXPECT_EQ(never->compare(morning.get()), 1);
+    EXPECT_EQ(never->compare(never.get()), 0);
+
+    std::vector<Value*> dates{never.get(), nextDay.get(), morning.get()};
+    std::sort(dates.begin(), dates.end(), [](Value* a, Value* b) { return a->compare(b) < 0; });
+    EXPECT_EQ(dates.front(), morning.get());
+    EXPECT_EQ(dates.back(), never.get());
+}
+
+TEST(DateValueTest, ReferenceCounts) {
+    DateValue* date = dynamic_cast<DateValue*>(Value::ForDate(STime(1000.0)));
+    ASSERT_NE(date, nullptr);
+    EXPECT_EQ(date->Count(), 1);
+    Value* clone = date->Clone();
+    EXPECT_EQ(clone, date);
+    EXPECT_EQ(date->Count(), 2);
+    clone->Delete();
+    EXPECT_EQ(date->Count(), 1);
+    EXPECT_EQ(date->AsDouble(), 1000.0);
+    date->Delete();  // the last reference destroys it (checked by the sanitizer builds)
+
+    // Balanced use of the shared never never destroys it.
+    for (int i = 0; i < 3; ++i) ValuePtr n(Value::ForDate(STime::Never()));
+    EXPECT_EQ(ValuePtr(Value::Never())->AsXML(), "never");
+}
+
+TEST(DateValueTest, Intervals) {
+    auto interval = ValuePtr(Value::Create(AttributeType::kInterval, "1h30m"));
+    EXPECT_EQ(interval->AsDouble(), 5400.0);
+    EXPECT_EQ(interval->AsLong(), 5400);
+    EXPECT_EQ(interval->AsXML(), STimeInterval(5400.0).ToString());
+    EXPECT_EQ(interval->compare(ValuePtr(Value::ForInt(5400)).get()), 0);
+    EXPECT_EQ(interval->compare(ValuePtr(Value::ForInt(6000)).get()), -1);
+    EXPECT_TRUE(interval->equal(ValuePtr(interval->Clone()).get()));
+    EXPECT_FALSE(ValuePtr(Value::ForInterval("0"))->AsBoolean());
+}

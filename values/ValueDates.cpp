@@ -1,0 +1,241 @@
+// The parts of the values layer that deal in dates: date and interval values,
+// their factories, and the date readings of lists and results.
+#include <cmath>
+#include <limits>
+
+#include "ActionResult.h"
+#include "ArgList.h"
+#include "DateValue.h"
+#include "Log.h"
+#include "Parser.h"
+#include "RylSerial.h"
+
+namespace {
+
+int CompareDoubles(double a, double b) {
+    if (a < b) return -1;
+    if (a > b) return 1;
+    return 0;
+}
+
+long Truncate(double x) {
+    if (std::isnan(x)) return 0;
+    if (x >= static_cast<double>(std::numeric_limits<long>::max())) return std::numeric_limits<long>::max();
+    if (x <= static_cast<double>(std::numeric_limits<long>::min())) return std::numeric_limits<long>::min();
+    return static_cast<long>(x);
+}
+
+DateValue* SharedNever() {
+    // Lives for the run of the program; its count starts with the program's
+    // own reference, so balanced Clone/Delete pairs never destroy it.
+    static DateValue* never = new DateValue(STime::Never());
+    return never;
+}
+
+// Date expressions may name further expressions ("(\"(...)\")"); a nesting
+// deeper than this resolves to never.
+constexpr int kMaxExpressionDepth = 64;
+thread_local int expressionDepth = 0;
+
+}  // namespace
+
+// ---------------------------------------------------------------- DateValue
+
+DateValue::DateValue(const STime& t) : time(t) {}
+
+DateValue::DateValue(const STime& t, const std::string& text) : time(t), written(text) {}
+
+DateValue* DateValue::ForExpression(const std::string& expression) {
+    DateValue* value = new DateValue(STime::Never());
+    value->expression = expression;
+    return value;
+}
+
+Value* DateValue::Clone() const {
+    Value::Queue().Sync([&] { ++count; });
+    return const_cast<DateValue*>(this);
+}
+
+void DateValue::Delete() const {
+    bool last = Value::Queue().Sync([&] { return --count < 1; });
+    if (last) Value::Delete();
+}
+
+long DateValue::Count() const {
+    return Value::Queue().Sync([&] { return count; });
+}
+
+void DateValue::Resolve() const {
+    std::lock_guard<std::mutex> hold(lock);
+    if (resolved) return;
+    resolved = true;
+    if (!expression.empty()) {
+        if (expressionDepth >= kMaxExpressionDepth) {
+            time = STime::Never();
+        } else {
+            ++expressionDepth;
+            Value* temporary = Value::ForDate(expression);
+            time = temporary->AsTime();
+            temporary->Delete();
+            --expressionDepth;
+        }
+    }
+    written = time.IsNever() ? "never" : time.ISO8601DateString();
+}
+
+std::string DateValue::AsString() const {
+    if (!expression.empty()) return "\"" + expression + "\"";
+    Resolve();
+    return written;
+}
+
+std::string DateValue::AsFormattedString(const std::string& format) const {
+    if (!expression.empty()) return "\"" + expression + "\"";
+    Resolve();
+    return time.AsExportString(format);
+}
+
+std::string DateValue::AsXML() const {
+    Resolve();
+    return written;
+}
+
+std::string DateValue::AsShortString() const {
+    Resolve();
+    return time.AsShortString();
+}
+
+std::string DateValue::AsExportString(const std::string& format, Hypertext*) const {
+    Resolve();
+    return time.AsExportString(format);
+}
+
+long DateValue::AsLong() const {
+    Resolve();
+    return Truncate(time.SecondsSince1970());
+}
+
+double DateValue::AsDouble() const {
+    // Deliberately without Resolve: an unresolved expression reads as never.
+    std::lock_guard<std::mutex> hold(lock);
+    return time.SecondsSince1970();
+}
+
+STime DateValue::AsTime() const {
+    Resolve();
+    return time;
+}
+
+int DateValue::compare(const Value* other) const {
+    STime mine = AsTime();
+    STime theirs = other ? other->AsTime() : STime::Never();
+    if (mine == theirs) return 0;
+    if (theirs.IsNever()) return -1;
+    if (mine.IsNever()) return 1;
+    return mine < theirs ? -1 : 1;
+}
+
+bool DateValue::equal(const Value* other) const {
+    STime theirs = other ? other->AsTime() : STime::Never();
+    return AsTime().SameDayAs(theirs);
+}
+
+// ---------------------------------------------------------------- IntervalValue
+
+IntervalValue::IntervalValue(const STimeInterval& i) : interval(i) {}
+
+Value* IntervalValue::Clone() const {
+    return new IntervalValue(interval);
+}
+
+std::string IntervalValue::AsString() const {
+    return interval.ToString();
+}
+
+std::string IntervalValue::AsXML() const {
+    return interval.ToString();
+}
+
+long IntervalValue::AsLong() const {
+    double s = interval.Seconds();
+    return std::isfinite(s) ? Truncate(std::round(s)) : 0;
+}
+
+double IntervalValue::AsDouble() const {
+    return interval.Seconds();
+}
+
+int IntervalValue::compare(const Value* other) const {
+    return CompareDoubles(interval.Seconds(), other ? other->AsDouble() : 0.0);
+}
+
+// ---------------------------------------------------------------- Value
+
+STime Value::AsTime() const {
+    return STime::Never();
+}
+
+Value* Value::Never() {
+    return SharedNever()->Clone();
+}
+
+Value* Value::ForDate(const std::string& text) {
+    if (text.empty() || text == "never" || text == "0") return Never();
+    size_t firstQuote = text.find('"');
+    if (firstQuote != std::string::npos) {
+        // From behind the first quote, (position of the last quote - 1) long.
+        long lastQuote = static_cast<long>(text.rfind('"'));
+        size_t length = lastQuote - 1 < 0 ? std::string::npos : static_cast<size_t>(lastQuote - 1);
+        return DateValue::ForExpression(text.substr(firstQuote + 1, length));
+    }
+    if (text.front() == '(' && text.back() == ')' && text.size() >= 2)
+        return DateValue::ForExpression(text.substr(1, text.size() - 2));
+    STime time = STime::For(text);
+    if (time.IsNever()) return Never();
+    if (text.find('+') == std::string::npos && text.find(' ') == std::string::npos)
+        return new DateValue(time, text);
+    return new DateValue(time);
+}
+
+Value* Value::ForDate(const STime& time) {
+    if (time.IsNever()) return Never();
+    return new DateValue(time);
+}
+
+Value* Value::ForDate(const STime& time, const std::string& text) {
+    if (time.IsNever()) return Never();
+    return new DateValue(time, text);
+}
+
+Value* Value::ForToday() {
+    return ForDate(STime::Now());
+}
+
+Value* Value::ForInterval(const std::string& text) {
+    return new IntervalValue(STimeInterval(text));
+}
+
+STime Value::AddTime(const STime& time, const std::string& interval) {
+    return time.Add(interval);
+}
+
+// ---------------------------------------------------------------- lists and results
+
+STime ActionResult::AsDate() const {
+    return STime::For(AsString());
+}
+
+STimeInterval ActionResult::AsInterval() const {
+    return STimeInterval(AsString());
+}
+
+bool ArgList::IsDate() const {
+    for (const std::string& raw : items) {
+        std::string item = Parser::Trim(raw);
+        if (item == "never" || item == "0") continue;
+        if (item.find(':') == std::string::npos) return false;
+        STime time = STime::For(item);
+        if (time.IsNever() || time.SecondsSince1970() == 0.0) return false;
+    }
+    return true;
+}
