@@ -1,6 +1,7 @@
 #include "UnicodeString.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include <unicode/coll.h>
@@ -235,15 +236,59 @@ bool UnicodeString::IsValidUnicode() const {
     return true;
 }
 
+namespace {
+
+// The locale for case mapping, remade only when the environment changes.
+const icu::Locale& CaseLocale() {
+    thread_local std::string name;
+    thread_local icu::Locale locale;
+    std::string current = UnicodeString::UserLocaleName();
+    if (current != name) {
+        name = current;
+        locale = icu::Locale(name.c_str());
+    }
+    return locale;
+}
+
+// Whether ASCII letters map as plain ASCII in this locale; Turkish, Azeri and
+// Lithuanian have their own rules for "i" and "I".
+bool PlainASCIICase(const icu::Locale& locale) {
+    const char* language = locale.getLanguage();
+    return std::strcmp(language, "tr") != 0 && std::strcmp(language, "az") != 0 &&
+           std::strcmp(language, "lt") != 0;
+}
+
+bool IsASCII(const std::string& text) {
+    for (unsigned char c : text)
+        if (c >= 0x80) return false;
+    return true;
+}
+
+}  // namespace
+
 UnicodeString UnicodeString::Lowercase() const {
+    const icu::Locale& locale = CaseLocale();
+    if ((valid & kUTF8) && IsASCII(utf8) && PlainASCIICase(locale)) {
+        std::string lower = utf8;
+        for (char& c : lower)
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        return UnicodeString(lower);
+    }
     icu::UnicodeString s = AsICU(AsNSString());
-    s.toLower(icu::Locale(UserLocaleName().c_str()));
+    s.toLower(locale);
     return UnicodeString(FromICU(s));
 }
 
 UnicodeString UnicodeString::Uppercase() const {
+    const icu::Locale& locale = CaseLocale();
+    if ((valid & kUTF8) && IsASCII(utf8) && PlainASCIICase(locale)) {
+        std::string upper = utf8;
+        for (char& c : upper)
+            if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+        return UnicodeString(upper);
+    }
     icu::UnicodeString s = AsICU(AsNSString());
-    s.toUpper(icu::Locale(UserLocaleName().c_str()));
+    s.toUpper(locale);
     return UnicodeString(FromICU(s));
 }
 
