@@ -214,6 +214,11 @@ void XMLReader::Fail(const std::string& message) {
     if (!failure.empty())
         return;
     failure = message.empty() ? std::string("stopped") : message;
+    if (!parsing) {
+        errorMessage = failure;
+        errorLine = errorColumn = 0;
+        return;
+    }
     RecordError(failure);
     XML_StopParser(impl->parser, XML_FALSE);
 }
@@ -221,6 +226,11 @@ void XMLReader::Fail(const std::string& message) {
 bool XMLReader::Feed(const char* data, size_t length, bool last) {
     // expat takes lengths as int: feed large buffers in pieces.
     constexpr size_t kPiece = 1 << 30;
+    struct Parsing {
+        bool& flag;
+        explicit Parsing(bool& f) : flag(f) { flag = true; }
+        ~Parsing() { flag = false; }
+    } parsingNow(parsing);
     do {
         size_t piece = std::min(length, kPiece);
         bool final = last && piece == length;

@@ -117,7 +117,8 @@ protected:
     // Called when an element has ended. Answering true means the element was
     // consumed: it is unlinked and deleted at once.
     virtual bool EndItem(XMLItem* item) { return false; }
-    // Ends the parse with an error at the current position.
+    // Ends the parse with an error at the current position. Outside a
+    // parse it only records the message.
     void Fail(const std::string& message);
     int Depth() const { return depth; }
 
@@ -140,6 +141,7 @@ private:
     long errorLine = 0;
     long errorColumn = 0;
     std::string failure;
+    bool parsing = false;
 
     // The bytes being parsed, for capturing raw elements.
     std::string_view chunk;
