@@ -468,6 +468,11 @@ private:
         long day = At(j)->value;
         bool ordinal = At(j)->ordinal;
         ++j;
+        // "3. März": a full stop after the day marks it as ordinal.
+        if (IsMark(j, '.') && Month(j + 1) > 0) {
+            ordinal = true;
+            ++j;
+        }
         if (IsWord(j, "of"))
             ++j;
         int month = Month(j);

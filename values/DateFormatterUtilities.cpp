@@ -197,6 +197,9 @@ void DateFormatterUtilities::Reset() {
             patternFormatters.clear();
             templatePatterns.clear();
             symbolsLoaded = false;
+            // The medium formatters stay, with their locale; they follow
+            // the zone, though, when next used.
+            mediumZoneStale = true;
             cache.Clear();
         });
     });
@@ -231,21 +234,42 @@ icu::Calendar& DateFormatterUtilities::Calendar() {
     return *calendar;
 }
 
-icu::DateFormat* DateFormatterUtilities::MakeFormatter(int dateStyle, int timeStyle) {
+static icu::UnicodeString PlainSpaces(icu::UnicodeString text) {
+    text.findAndReplace(icu::UnicodeString(static_cast<UChar32>(0x202F)), icu::UnicodeString(" "));
+    text.findAndReplace(icu::UnicodeString(static_cast<UChar32>(0x00A0)), icu::UnicodeString(" "));
+    return text;
+}
+
+icu::DateFormat* DateFormatterUtilities::MakeFormatter(int dateStyle, int timeStyle, bool forParsing) {
     icu::DateFormat* formatter =
         icu::DateFormat::createDateTimeInstance(ICUStyle(dateStyle), ICUStyle(timeStyle), CurrentLocale());
     if (!formatter)
         formatter = icu::DateFormat::createDateTimeInstance(ICUStyle(dateStyle), ICUStyle(timeStyle), icu::Locale("en_US"));
     formatter->setTimeZone(TimeZone());
-    // Parsing is strict about the calendar (no 30 February) but allows the
-    // usual slack in white space and numbers, so that "3:04 PM" typed with a
-    // plain space reads like the locale's own text.
-    UErrorCode status = U_ZERO_ERROR;
+    // Parsing is strict: the whole pattern must be matched and the calendar
+    // takes no 30 February.
     formatter->setLenient(false);
-    formatter->setBooleanAttribute(UDAT_PARSE_ALLOW_WHITESPACE, true, status);
-    formatter->setBooleanAttribute(UDAT_PARSE_ALLOW_NUMERIC, true, status);
-    formatter->setBooleanAttribute(UDAT_PARSE_PARTIAL_LITERAL_MATCH, true, status);
+    if (forParsing) {
+        // The locale's patterns may hold narrow or no-break spaces (before
+        // "PM", say); people type plain ones. The parsers use plain spaces
+        // and Try turns the input's into plain ones as well.
+        if (auto* simple = dynamic_cast<icu::SimpleDateFormat*>(formatter)) {
+            icu::UnicodeString pattern;
+            simple->toPattern(pattern);
+            simple->applyPattern(PlainSpaces(pattern));
+        }
+    }
     return formatter;
+}
+
+void DateFormatterUtilities::RefreshMediumZone() {
+    if (!mediumZoneStale)
+        return;
+    mediumZoneStale = false;
+    if (mediumFormatter)
+        mediumFormatter->setTimeZone(TimeZone());
+    if (mediumDateFormatter)
+        mediumDateFormatter->setTimeZone(TimeZone());
 }
 
 icu::DateFormat& DateFormatterUtilities::ShortFormatter() {
@@ -257,6 +281,7 @@ icu::DateFormat& DateFormatterUtilities::ShortFormatter() {
 icu::DateFormat& DateFormatterUtilities::MediumFormatter() {
     if (!mediumFormatter)
         mediumFormatter.reset(MakeFormatter(kMediumStyle, kShortStyle));
+    RefreshMediumZone();
     return *mediumFormatter;
 }
 
@@ -275,6 +300,7 @@ icu::DateFormat& DateFormatterUtilities::ShortDateFormatter() {
 icu::DateFormat& DateFormatterUtilities::MediumDateFormatter() {
     if (!mediumDateFormatter)
         mediumDateFormatter.reset(MakeFormatter(kMediumStyle, kNoStyle));
+    RefreshMediumZone();
     return *mediumDateFormatter;
 }
 
@@ -287,7 +313,7 @@ icu::DateFormat& DateFormatterUtilities::LongDateFormatter() {
 icu::DateFormat& DateFormatterUtilities::FormatterFor(int dateStyle, int timeStyle) {
     auto& slot = partFormatters[PartCode(dateStyle, timeStyle)];
     if (!slot)
-        slot.reset(MakeFormatter(dateStyle, timeStyle));
+        slot.reset(MakeFormatter(dateStyle, timeStyle, true));
     return *slot;
 }
 
@@ -400,7 +426,7 @@ const std::vector<std::string>& DateFormatterUtilities::ShortMonthNames() {
 bool DateFormatterUtilities::Try(const std::string& text, int dateStyle, int timeStyle, STime& result) {
     return OnDateServices([&] {
         icu::DateFormat& formatter = FormatterFor(dateStyle, timeStyle);
-        icu::UnicodeString input = DateUnicode(text);
+        icu::UnicodeString input = PlainSpaces(DateUnicode(text));
         icu::ParsePosition position(0);
         UDate parsed = formatter.parse(input, position);
         if (position.getIndex() == 0 || position.getErrorIndex() >= 0)
@@ -419,21 +445,45 @@ bool DateFormatterUtilities::Try(const std::string& text, int dateStyle, int tim
     });
 }
 
+// Every style's date needs a digit for its day or year, and none is longer
+// than a line or has a field of more than a few digits. A text that fails
+// these tests is not handed to the parsers, whose number reading grows
+// faster than the length of a digit run.
+static bool CouldBeStyledDate(const std::string& text) {
+    const size_t kLongestText = 256;
+    const size_t kLongestDigitRun = 12;
+    if (text.size() > kLongestText)
+        return false;
+    bool hasDigit = false;
+    size_t run = 0;
+    for (char c : text) {
+        if (c >= '0' && c <= '9') {
+            if (++run > kLongestDigitRun)
+                return false;
+            hasDigit = true;
+        } else {
+            run = 0;
+        }
+    }
+    if (hasDigit)
+        return true;
+    // Digits of other scripts.
+    icu::UnicodeString input = DateUnicode(text);
+    for (int32_t i = 0; i < input.length(); i = input.moveIndex32(i, 1))
+        if (u_isdigit(input.char32At(i)))
+            return true;
+    return false;
+}
+
 STime DateFormatterUtilities::TryToConvert(const std::string& text, bool& ok) {
     STime cached;
     if (OnDateServices([&] { return cache.Find(text, cached); })) {
         ok = true;
         return cached;
     }
-    // Every style date formatter needs a digit for its day or year; a text
-    // with none cannot be read by any of them.
-    bool hasDigit = false;
-    icu::UnicodeString input = DateUnicode(text);
-    for (int32_t i = 0; i < input.length() && !hasDigit; ++i)
-        hasDigit = u_isdigit(input.char32At(i));
     ok = false;
     STime result = STime::Never();
-    if (!hasDigit)
+    if (!CouldBeStyledDate(text))
         return result;
     static const int pairs[8][2] = {{kShortStyle, kShortStyle}, {kShortStyle, kNoStyle},   {kLongStyle, kLongStyle},
                                     {kLongStyle, kMediumStyle}, {kLongStyle, kShortStyle}, {kLongStyle, kNoStyle},

@@ -127,8 +127,9 @@ public:
 
 private:
     DateFormatterUtilities();
-    icu::DateFormat* MakeFormatter(int dateStyle, int timeStyle);
+    icu::DateFormat* MakeFormatter(int dateStyle, int timeStyle, bool forParsing = false);
     void LoadSymbols();
+    void RefreshMediumZone();
 
     DateTranslatorCache cache;
     std::unique_ptr<icu::DateFormat> shortFormatter, mediumFormatter, timeFormatter, shortDateFormatter,
@@ -141,6 +142,7 @@ private:
     std::unordered_map<std::string, std::unique_ptr<icu::SimpleDateFormat>> patternFormatters;
     std::unordered_map<std::string, std::string> templatePatterns;
     bool symbolsLoaded = false;
+    bool mediumZoneStale = false;
     std::vector<std::string> weekdayNames, shortWeekdayNames, veryShortWeekdayNames, monthNames, shortMonthNames;
     std::string regionCode;
     std::string environmentLocale;

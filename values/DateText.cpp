@@ -1,6 +1,8 @@
 #include "DateText.h"
 
 #include <cerrno>
+#include <cfloat>
+#include <cmath>
 #include <climits>
 #include <cstdlib>
 
@@ -13,7 +15,6 @@ bool DateText::ReadLong(long& value) {
     if (failed)
         return false;
     SkipSpace();
-    size_t start = position;
     size_t p = position;
     bool negative = false;
     if (p < text.size() && (text[p] == '+' || text[p] == '-')) {
@@ -25,11 +26,11 @@ bool DateText::ReadLong(long& value) {
     bool overflow = false;
     const unsigned long long limit = negative ? static_cast<unsigned long long>(LONG_MAX) + 1 : LONG_MAX;
     while (p < text.size() && IsDigit(text[p])) {
-        if (!overflow) {
-            magnitude = magnitude * 10 + static_cast<unsigned>(text[p] - '0');
-            if (magnitude > limit)
-                overflow = true;
-        }
+        unsigned digit = static_cast<unsigned>(text[p] - '0');
+        if (!overflow && magnitude > (limit - digit) / 10)
+            overflow = true;
+        if (!overflow)
+            magnitude = magnitude * 10 + digit;
         ++p;
     }
     if (p == digits) {
@@ -40,9 +41,10 @@ bool DateText::ReadLong(long& value) {
         return false;
     }
     position = p;
-    (void)start;
     if (overflow) {
-        value = negative ? LONG_MIN : LONG_MAX;
+        // Like a stream, the limit; the negative one stops one short, so
+        // that it is never mistaken for an undefined calendar field.
+        value = negative ? -LONG_MAX : LONG_MAX;
         failed = true;
         return false;
     }
@@ -78,7 +80,9 @@ bool DateText::ReadDouble(double& value) {
     position = p;
     errno = 0;
     value = std::strtod(number.c_str(), nullptr);
-    if (errno == ERANGE) {
+    if (errno == ERANGE && std::isinf(value)) {
+        // Out of range: the largest value, as a stream gives.
+        value = value > 0 ? DBL_MAX : -DBL_MAX;
         failed = true;
         return false;
     }

@@ -16,7 +16,8 @@ public:
     std::string Rest() const { return position < text.size() ? text.substr(position) : std::string(); }
 
     // Skips white space, then reads an optionally signed decimal integer.
-    // Overflow stores the limit and fails, as a stream does.
+    // Overflow stores the limit (LONG_MAX or -LONG_MAX) and fails, as a
+    // stream does.
     bool ReadLong(long& value);
     // Skips white space, then reads a number in decimal notation.
     bool ReadDouble(double& value);

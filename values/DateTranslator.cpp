@@ -45,6 +45,9 @@ STime CalendarDay(long month, long day, long year) {
     return STime::FromComponents(c);
 }
 
+// Seconds since 1970 that a calendar can still hold (about 5.7 million years).
+constexpr double kLatestSeconds = 1.8e14;
+
 // The modifier of a text: from its last "+", or failing that its last "-".
 size_t ModifierStart(const std::string& text) {
     size_t split = text.rfind('+');
@@ -254,8 +257,9 @@ void DateTranslator::PreliminaryScan() {
 bool DateTranslator::IsNever() { return StartsWith(text, "never") || StartsWith(text, "Never"); }
 
 bool DateTranslator::ISO8601() {
-    // The platform form first: 2021-03-04T10:00:00Z or with an offset.
-    bool parsed = OnDateServices([&] {
+    // The platform form first: 2021-03-04T10:00:00Z or with an offset. Its
+    // texts are short; a long one is not handed to the parser.
+    bool parsed = text.size() <= 64 && OnDateServices([&] {
         icu::SimpleDateFormat& formatter = DateFormatterUtilities::Get().ISO8601Formatter();
         icu::UnicodeString input = DateUnicode(text);
         icu::ParsePosition position(0);
@@ -464,8 +468,9 @@ bool DateTranslator::NumericDate() {
     time = STime::Never();
     if (value > -2500 && value < 2500)
         time = STime(6, 15, static_cast<int>(value));
-    else
+    else if (value > -kLatestSeconds && value < kLatestSeconds)
         time = STime(value);
+    // Seconds beyond any calendar leave the date at never.
     return true;
 }
 

@@ -42,6 +42,22 @@ std::string Format(icu::DateFormat& formatter, double seconds) {
     return DateUTF8(out);
 }
 
+// Sums and products of calendar fields stop at the limits of long; the
+// calendar then refuses the date.
+long Sum(long a, long b) {
+    long out;
+    if (__builtin_add_overflow(a, b, &out))
+        return a < 0 ? -LONG_MAX : LONG_MAX;
+    return out;
+}
+
+long Product(long a, long b) {
+    long out;
+    if (__builtin_mul_overflow(a, b, &out))
+        return (a < 0) != (b < 0) ? -LONG_MAX : LONG_MAX;
+    return out;
+}
+
 const char* const kRFCDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
 const char* const kRFCMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -70,7 +86,7 @@ STime::STime(long month, long day, long year, long hour, long minute, long secon
     DateComponents components;
     if (year < 0) {
         components.era = 0;
-        year = 1 - year;
+        year = Sum(1, Product(year, -1));
     }
     components.month = month;
     components.day = day;
@@ -594,36 +610,48 @@ double STime::MonthsSince2000() const { return MonthsSince(STime(1, 1, 2000)); }
 
 STime STime::ForYear(long year) const {
     DateComponents c = GetComponents();
+    if (!c.Has(c.year))
+        return Never();
     c.year = year;
     return FromComponents(c);
 }
 
 STime STime::ForMonth(long month) const {
     DateComponents c = GetComponents();
+    if (!c.Has(c.year))
+        return Never();
     c.month = month;
     return FromComponents(c);
 }
 
 STime STime::ForDay(long day) const {
     DateComponents c = GetComponents();
+    if (!c.Has(c.year))
+        return Never();
     c.day = day;
     return FromComponents(c);
 }
 
 STime STime::ForHour(long hour) const {
     DateComponents c = GetComponents();
+    if (!c.Has(c.year))
+        return Never();
     c.hour = hour;
     return FromComponents(c);
 }
 
 STime STime::ForMinute(long minute) const {
     DateComponents c = GetComponents();
+    if (!c.Has(c.year))
+        return Never();
     c.minute = minute;
     return FromComponents(c);
 }
 
 STime STime::ForSecond(long second) const {
     DateComponents c = GetComponents();
+    if (!c.Has(c.year))
+        return Never();
     c.second = second;
     return FromComponents(c);
 }
@@ -658,23 +686,23 @@ STime STime::Add(const std::string& text) const {
     std::string word;
     in.ReadLong(n);
     in.ReadWord(word);
-    n *= sign;
+    n = Product(n, sign);
 
     DateComponents c = GetComponents();
     if (!c.Has(c.year))
         return *this;
     if (word == "day" || word == "days" || (word.empty() && explicitSign))
-        c.day = c.day + n;
+        c.day = Sum(c.day, n);
     else if (word == "week" || word == "weeks")
-        c.day = c.day + 7 * n;
+        c.day = Sum(c.day, Product(7, n));
     else if (word == "month" || word == "months")
-        c.month = c.month + n;
+        c.month = Sum(c.month, n);
     else if (word == "year" || word == "years")
-        c.year = c.year + n;
+        c.year = Sum(c.year, n);
     else if (word == "hour" || word == "hours")
-        c.hour = c.hour + n;
+        c.hour = Sum(c.hour, n);
     else if (word == "minute" || word == "minutes")
-        c.minute = c.minute + n;
+        c.minute = Sum(c.minute, n);
     return FromComponents(c);
 }
 

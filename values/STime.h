@@ -18,7 +18,7 @@ class STimeInterval;
 // The fields of a calendar date, in the manner of the platform's date
 // components. A field left at kUndefined takes no part.
 struct DateComponents {
-    static constexpr long kUndefined = LONG_MAX;
+    static constexpr long kUndefined = LONG_MIN;
 
     long era = kUndefined;
     long year = kUndefined;
