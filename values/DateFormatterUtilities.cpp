@@ -6,6 +6,8 @@
 #include <unicode/dtfmtsym.h>
 #include <unicode/dtptngen.h>
 #include <unicode/gregocal.h>
+#include <unicode/numfmt.h>
+#include <unicode/numsys.h>
 #include <unicode/parsepos.h>
 
 #include "DateTranslator.h"
@@ -234,6 +236,63 @@ icu::Calendar& DateFormatterUtilities::Calendar() {
     return *calendar;
 }
 
+// Reads the numeric fields of a date: a run of ASCII digits. ICU's own
+// number parser makes a copy of itself for every field it reads, which is
+// most of the cost of parsing a date; the parsers of locales that write
+// ASCII digits use this one instead. Longer runs and anything else go to the
+// locale's own number format.
+class DateDigitsFormat : public icu::NumberFormat {
+public:
+    explicit DateDigitsFormat(icu::NumberFormat* localeFormat) : inner(localeFormat) {}
+    DateDigitsFormat(const DateDigitsFormat& other) : icu::NumberFormat(other), inner(other.inner->clone()) {}
+    DateDigitsFormat* clone() const override { return new DateDigitsFormat(*this); }
+
+    using icu::NumberFormat::format;
+    using icu::NumberFormat::parse;
+    icu::UnicodeString& format(double number, icu::UnicodeString& appendTo, icu::FieldPosition& pos) const override {
+        return inner->format(number, appendTo, pos);
+    }
+    icu::UnicodeString& format(int32_t number, icu::UnicodeString& appendTo, icu::FieldPosition& pos) const override {
+        return inner->format(number, appendTo, pos);
+    }
+    icu::UnicodeString& format(int64_t number, icu::UnicodeString& appendTo, icu::FieldPosition& pos) const override {
+        return inner->format(number, appendTo, pos);
+    }
+
+    void parse(const icu::UnicodeString& text, icu::Formattable& result, icu::ParsePosition& position) const override {
+        const int32_t start = position.getIndex();
+        const int32_t length = text.length();
+        int32_t i = start;
+        int32_t value = 0;
+        while (i < length && i - start < 9) {
+            UChar c = text.charAt(i);
+            if (c < u'0' || c > u'9')
+                break;
+            value = value * 10 + (c - u'0');
+            ++i;
+        }
+        if (i < length && i - start == 9 && text.charAt(i) >= u'0' && text.charAt(i) <= u'9') {
+            inner->parse(text, result, position);
+            return;
+        }
+        if (i == start) {
+            // No digits: no number here (signs are not part of a date field).
+            position.setErrorIndex(start);
+            return;
+        }
+        result.setLong(value);
+        position.setIndex(i);
+    }
+
+    UClassID getDynamicClassID() const override {
+        static const char classID = 0;
+        return const_cast<char*>(&classID);
+    }
+
+private:
+    std::unique_ptr<icu::NumberFormat> inner;
+};
+
 static icu::UnicodeString PlainSpaces(icu::UnicodeString text) {
     text.findAndReplace(icu::UnicodeString(static_cast<UChar32>(0x202F)), icu::UnicodeString(" "));
     text.findAndReplace(icu::UnicodeString(static_cast<UChar32>(0x00A0)), icu::UnicodeString(" "));
@@ -257,6 +316,11 @@ icu::DateFormat* DateFormatterUtilities::MakeFormatter(int dateStyle, int timeSt
             icu::UnicodeString pattern;
             simple->toPattern(pattern);
             simple->applyPattern(PlainSpaces(pattern));
+            UErrorCode status = U_ZERO_ERROR;
+            std::unique_ptr<icu::NumberingSystem> numbers(icu::NumberingSystem::createInstance(CurrentLocale(), status));
+            if (U_SUCCESS(status) && numbers && std::strcmp(numbers->getName(), "latn") == 0 &&
+                simple->getNumberFormat())
+                simple->adoptNumberFormat(new DateDigitsFormat(simple->getNumberFormat()->clone()));
         }
     }
     return formatter;
@@ -311,10 +375,40 @@ icu::DateFormat& DateFormatterUtilities::LongDateFormatter() {
 }
 
 icu::DateFormat& DateFormatterUtilities::FormatterFor(int dateStyle, int timeStyle) {
-    auto& slot = partFormatters[PartCode(dateStyle, timeStyle)];
-    if (!slot)
-        slot.reset(MakeFormatter(dateStyle, timeStyle, true));
-    return *slot;
+    return *ParserFor(dateStyle, timeStyle).formatter;
+}
+
+// The ASCII punctuation among the literal characters of a pattern.
+static std::string RequiredPunctuation(const icu::DateFormat& formatter) {
+    std::string required;
+    const auto* simple = dynamic_cast<const icu::SimpleDateFormat*>(&formatter);
+    if (!simple)
+        return required;
+    icu::UnicodeString pattern;
+    simple->toPattern(pattern);
+    bool quoted = false;
+    for (int32_t i = 0; i < pattern.length(); ++i) {
+        UChar c = pattern.charAt(i);
+        if (c == '\'') {
+            quoted = !quoted;
+            continue;
+        }
+        if (quoted || c >= 0x80 || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'))
+            continue;
+        if (c > ' ' && required.find(static_cast<char>(c)) == std::string::npos)
+            required += static_cast<char>(c);
+    }
+    return required;
+}
+
+DateFormatterUtilities::PartParser& DateFormatterUtilities::ParserFor(int dateStyle, int timeStyle) {
+    PartParser& parser = partFormatters[PartCode(dateStyle, timeStyle)];
+    if (!parser.formatter) {
+        parser.formatter.reset(MakeFormatter(dateStyle, timeStyle, true));
+        parser.calendar.reset(parser.formatter->getCalendar()->clone());
+        parser.required = RequiredPunctuation(*parser.formatter);
+    }
+    return parser;
 }
 
 icu::SimpleDateFormat& DateFormatterUtilities::ISO8601Formatter() {
@@ -424,23 +518,48 @@ const std::vector<std::string>& DateFormatterUtilities::ShortMonthNames() {
 }
 
 bool DateFormatterUtilities::Try(const std::string& text, int dateStyle, int timeStyle, STime& result) {
+    return TryParse(text, PlainSpaces(DateUnicode(text)), dateStyle, timeStyle, result);
+}
+
+bool DateFormatterUtilities::TryParse(const std::string& text, const icu::UnicodeString& input, int dateStyle,
+                                      int timeStyle, STime& result) {
     return OnDateServices([&] {
-        icu::DateFormat& formatter = FormatterFor(dateStyle, timeStyle);
-        icu::UnicodeString input = PlainSpaces(DateUnicode(text));
+        PartParser& parser = ParserFor(dateStyle, timeStyle);
+        // A text without the pattern's separators cannot match it.
+        for (char c : parser.required)
+            if (text.find(c) == std::string::npos)
+                return false;
         icu::ParsePosition position(0);
-        UDate parsed = formatter.parse(input, position);
+        parser.calendar->clear();
+        parser.formatter->parse(input, *parser.calendar, position);
         if (position.getIndex() == 0 || position.getErrorIndex() >= 0)
             return false;
         // The whole text must be read, apart from trailing white space.
         for (int32_t i = position.getIndex(); i < input.length(); ++i)
             if (!u_isUWhiteSpace(input.charAt(i)))
                 return false;
-        STime date = STime::FromUDate(parsed);
+        // The strict calendar refuses a day that does not exist (30 February).
+        UErrorCode status = U_ZERO_ERROR;
+        UDate parsed = parser.calendar->getTime(status);
+        if (U_FAILURE(status))
+            return false;
         if (timeStyle == kNoStyle) {
-            STime now = STime::Now();
-            date = date.SetTime(now.Hour(), now.Minute(), now.Second());
+            // A date alone takes the present time of day; the calendar
+            // settles a time that falls into a daylight-saving gap.
+            DateComponents now = STime::Now().GetComponents(kHourUnit | kMinuteUnit | kSecondUnit);
+            if (!now.Has(now.hour))
+                return false;
+            parser.calendar->setLenient(true);
+            parser.calendar->set(UCAL_HOUR_OF_DAY, static_cast<int32_t>(now.hour));
+            parser.calendar->set(UCAL_MINUTE, static_cast<int32_t>(now.minute));
+            parser.calendar->set(UCAL_SECOND, static_cast<int32_t>(now.second));
+            parser.calendar->set(UCAL_MILLISECOND, 0);
+            parsed = parser.calendar->getTime(status);
+            parser.calendar->setLenient(false);
+            if (U_FAILURE(status))
+                return false;
         }
-        result = date;
+        result = STime::FromUDate(parsed);
         return true;
     });
 }
@@ -489,9 +608,10 @@ STime DateFormatterUtilities::TryToConvert(const std::string& text, bool& ok) {
                                     {kLongStyle, kMediumStyle}, {kLongStyle, kShortStyle}, {kLongStyle, kNoStyle},
                                     {kMediumStyle, kMediumStyle}, {kMediumStyle, kNoStyle}};
     // Every pair is tried; the last that reads the text wins.
+    icu::UnicodeString input = PlainSpaces(DateUnicode(text));
     for (const auto& pair : pairs) {
         STime attempt;
-        if (Try(text, pair[0], pair[1], attempt)) {
+        if (TryParse(text, input, pair[0], pair[1], attempt)) {
             result = attempt;
             ok = true;
         }

@@ -138,7 +138,18 @@ private:
     std::unique_ptr<icu::Locale> locale;
     std::unique_ptr<icu::TimeZone> zone;
     std::unique_ptr<icu::SimpleDateFormat> isoFormatter;
-    std::unordered_map<int, std::unique_ptr<icu::DateFormat>> partFormatters;
+    // A parser for one style pair: its formatter, a calendar to parse into,
+    // and the punctuation its pattern asks for, which a text must hold to
+    // be worth parsing.
+    struct PartParser {
+        std::unique_ptr<icu::DateFormat> formatter;
+        std::unique_ptr<icu::Calendar> calendar;
+        std::string required;
+    };
+    PartParser& ParserFor(int dateStyle, int timeStyle);
+    bool TryParse(const std::string& text, const icu::UnicodeString& input, int dateStyle, int timeStyle,
+                  STime& result);
+    std::unordered_map<int, PartParser> partFormatters;
     std::unordered_map<std::string, std::unique_ptr<icu::SimpleDateFormat>> patternFormatters;
     std::unordered_map<std::string, std::string> templatePatterns;
     bool symbolsLoaded = false;

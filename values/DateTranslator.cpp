@@ -258,8 +258,11 @@ bool DateTranslator::IsNever() { return StartsWith(text, "never") || StartsWith(
 
 bool DateTranslator::ISO8601() {
     // The platform form first: 2021-03-04T10:00:00Z or with an offset. Its
-    // texts are short; a long one is not handed to the parser.
-    bool parsed = text.size() <= 64 && OnDateServices([&] {
+    // texts are short and always name their zone after the "T"; others are
+    // not handed to the parser.
+    size_t t = text.find('T');
+    bool zoned = t != std::string::npos && text.find_first_of("Z+-", t) != std::string::npos;
+    bool parsed = zoned && text.size() <= 64 && OnDateServices([&] {
         icu::SimpleDateFormat& formatter = DateFormatterUtilities::Get().ISO8601Formatter();
         icu::UnicodeString input = DateUnicode(text);
         icu::ParsePosition position(0);

@@ -296,3 +296,19 @@ TEST_F(DateTranslatorTest, ThreadsTranslateAndFormatTogether) {
     for (int f : failures)
         EXPECT_EQ(f, 0);
 }
+
+TEST_F(DateTranslatorTest, EachLocalesOwnTextsReadBack) {
+    const STime moment = STime::For("2021-11-23 16:47");
+    for (const char* locale : {"en_US", "en_GB", "de_DE", "fr_FR", "es_ES", "it_IT", "nl_NL", "pt_BR", "sv_SE",
+                               "pl_PL", "ru_RU", "ja_JP", "zh_CN", "ko_KR", "ar_EG", "hi_IN"}) {
+        STime::SetRegionCode(locale);
+        EXPECT_EQ(STime::For(moment.AsShortString()), moment) << locale << ": " << moment.AsShortString();
+        // Date-only texts take the present time of day.
+        STime longDate = STime::For(moment.LongDateString());
+        EXPECT_TRUE(longDate.SameDayAs(moment)) << locale << ": " << moment.LongDateString();
+        EXPECT_EQ(longDate.Hour(), 14) << locale << ": " << moment.LongDateString();
+        STime shortDate = STime::For(moment.ShortDateString());
+        EXPECT_TRUE(shortDate.SameDayAs(moment)) << locale << ": " << moment.ShortDateString();
+    }
+    STime::SetRegionCode("");
+}
