@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <vector>
 
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
@@ -9,6 +10,18 @@
 namespace {
 
 using Traits = std::char_traits<char>;
+
+// What istream::peek answers, without building a sentry: the next
+// character, or eof with eofbit set; a stream that is not good fails.
+int PeekChar(std::istream& in) {
+    if (!in.good()) {
+        in.setstate(std::ios_base::failbit);
+        return Traits::eof();
+    }
+    int c = in.rdbuf()->sgetc();
+    if (c == Traits::eof()) in.setstate(std::ios_base::eofbit);
+    return c;
+}
 
 bool IsSpaceByte(int c) {
     return c != Traits::eof() && std::isspace(static_cast<unsigned char>(c));
@@ -35,14 +48,47 @@ void AppendUTF8(std::string& out, UChar32 c) {
 
 // ---------------------------------------------------------------- Parser
 
-Parser::Parser(const std::string& text)
-    : owned(std::make_unique<std::istringstream>(text)), in(owned.get()) {}
+namespace {
+
+// Parsers over strings are made by the thousand while action code compiles,
+// and setting up a new stream (its locale above all) costs more than most
+// parses. Each thread keeps the streams of finished parsers for reuse.
+class StreamPool {
+public:
+    std::unique_ptr<std::istringstream> Acquire(const std::string& text) {
+        if (streams.empty()) return std::make_unique<std::istringstream>(text);
+        std::unique_ptr<std::istringstream> stream = std::move(streams.back());
+        streams.pop_back();
+        stream->str(text);
+        stream->clear();
+        stream->flags(std::ios_base::skipws | std::ios_base::dec);
+        return stream;
+    }
+
+    void Release(std::unique_ptr<std::istringstream> stream) {
+        if (streams.size() >= kKept) return;
+        stream->str(std::string());
+        streams.push_back(std::move(stream));
+    }
+
+private:
+    static constexpr size_t kKept = 32;
+    std::vector<std::unique_ptr<std::istringstream>> streams;
+};
+
+thread_local StreamPool streamPool;
+
+}  // namespace
+
+Parser::Parser(const std::string& text) : owned(streamPool.Acquire(text)), in(owned.get()) {}
 
 Parser::Parser(std::istream& stream) : in(&stream) {
     NoSkip();
 }
 
-Parser::~Parser() = default;
+Parser::~Parser() {
+    if (owned) streamPool.Release(std::move(owned));
+}
 
 bool Parser::good() const {
     return in->good();
@@ -53,13 +99,26 @@ bool Parser::OK() const {
 }
 
 bool Parser::Read(char* c) {
-    if (!(*in >> *c)) return false;
-    if (*c == '\\' && in->peek() == '\\') in->get();
+    if (!Parser::ReadRaw(c)) return false;
+    if (*c == '\\' && PeekChar(*in) == '\\') in->rdbuf()->sbumpc();
     return true;
 }
 
 bool Parser::ReadRaw(char* c) {
-    return static_cast<bool>(*in >> *c);
+    // With skipping off, a formatted read of one character is a read from
+    // the buffer; taking it directly saves building a sentry per character.
+    if (in->flags() & std::ios_base::skipws) return static_cast<bool>(*in >> *c);
+    if (!in->good()) {
+        in->setstate(std::ios_base::failbit);
+        return false;
+    }
+    int next = in->rdbuf()->sbumpc();
+    if (next == Traits::eof()) {
+        in->setstate(std::ios_base::eofbit | std::ios_base::failbit);
+        return false;
+    }
+    *c = Traits::to_char_type(next);
+    return true;
 }
 
 bool Parser::Munch(char c) {
@@ -86,22 +145,28 @@ std::string Parser::GetError() const {
 
 std::string Parser::Rest() {
     std::string rest;
-    char c;
-    while (in->get(c)) rest += c;
+    if (in->good()) {
+        std::streambuf* buffer = in->rdbuf();
+        for (int next = buffer->sbumpc(); next != Traits::eof(); next = buffer->sbumpc())
+            rest += Traits::to_char_type(next);
+        in->setstate(std::ios_base::eofbit);
+    }
+    // As a read past the end does.
+    in->setstate(std::ios_base::failbit);
     return rest;
 }
 
 bool Parser::NextCharIs(char c) {
-    return in->good() && in->peek() == Traits::to_int_type(c);
+    return in->good() && PeekChar(*in) == Traits::to_int_type(c);
 }
 
 bool Parser::NextCharIsSpace() {
-    return in->good() && IsSpaceByte(in->peek());
+    return in->good() && IsSpaceByte(PeekChar(*in));
 }
 
 bool Parser::NextCharIsNumeric() {
     if (!in->good()) return false;
-    int c = in->peek();
+    int c = PeekChar(*in);
     return c == '.' || (c >= '0' && c <= '9');
 }
 
@@ -110,8 +175,21 @@ void Parser::NoSkip() {
 }
 
 void Parser::SkipWhiteSpace() {
-    *in >> std::ws;
+    // What std::ws does in the classic locale, read straight from the buffer
+    // rather than through the locale's ctype facet on every call.
+    if (!in->good()) {
+        in->setstate(std::ios_base::failbit);
+    } else {
+        std::streambuf* buffer = in->rdbuf();
+        int c = buffer->sgetc();
+        while (IsSpaceByte(c)) c = buffer->snextc();
+        if (c == Traits::eof()) in->setstate(std::ios_base::eofbit);
+    }
     NoSkip();
+}
+
+int Parser::Peek() {
+    return PeekChar(*in);
 }
 
 void Parser::PutBack(char c) {

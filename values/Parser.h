@@ -79,6 +79,8 @@ protected:
     void NoSkip();
     // Skips white space, then stops skipping.
     void SkipWhiteSpace();
+    // The next character without taking it, as istream::peek answers.
+    int Peek();
     // Puts the last character read back into the stream.
     void PutBack(char c);
 
