@@ -1,0 +1,108 @@
+#pragma once
+// Statement nodes of compiled action code: assignments, `var`, `if`,
+// `.each` and bare expressions. Each holds its parsed parts; running them is
+// the evaluator's work.
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "AAValue.h"
+
+class Action;
+
+class AAToken {
+public:
+    AAToken() = default;
+    virtual ~AAToken();
+    AAToken(const AAToken&) = delete;
+    AAToken& operator=(const AAToken&) = delete;
+
+    virtual const char* ClassName() const = 0;
+};
+
+using AATokenPtr = std::unique_ptr<AAToken>;
+
+// An expression standing alone as a statement, such as a function call.
+class AAExpressionToken : public AAToken {
+public:
+    explicit AAExpressionToken(AAValuePtr value) : expression(std::move(value)) {}
+    const char* ClassName() const override { return "AAExpressionToken"; }
+    AAValue* Expression() const { return expression.get(); }
+
+private:
+    AAValuePtr expression;
+};
+
+// `left = right`. The left side stays text (`$Name(parent)[2].year`, or
+// `$Count+` for `+=`); the right side is parsed.
+class AAAssign : public AAToken {
+public:
+    AAAssign(std::string leftText, AAValuePtr rightValue) : left(std::move(leftText)), right(std::move(rightValue)) {}
+    const char* ClassName() const override { return "AAAssign"; }
+    const std::string& Left() const { return left; }
+    AAValue* Right() const { return right.get(); }
+
+private:
+    std::string left;
+    AAValuePtr right;
+};
+
+// `left |= right`: assigns only to a false attribute.
+class AAOrAssign : public AAAssign {
+public:
+    using AAAssign::AAAssign;
+    const char* ClassName() const override { return "AAOrAssign"; }
+};
+
+// `left &= right`: assigns only to a true attribute.
+class AAAndAssign : public AAAssign {
+public:
+    using AAAssign::AAAssign;
+    const char* ClassName() const override { return "AAAndAssign"; }
+};
+
+// `var a, b(3)` or `var a = expr`: names with optional initial expressions.
+class AAVars : public AAToken {
+public:
+    using Variable = std::pair<std::string, AAValuePtr>;
+
+    explicit AAVars(std::vector<Variable> declared) : variables(std::move(declared)) {}
+    const char* ClassName() const override { return "AAVars"; }
+    const std::vector<Variable>& Variables() const { return variables; }
+
+private:
+    std::vector<Variable> variables;
+};
+
+// `if(condition){then}else{else}`; the branches are actions of their own.
+class AAIf : public AAToken {
+public:
+    AAIf(AAValuePtr conditionValue, std::unique_ptr<Action> thenAction, std::unique_ptr<Action> elseAction);
+    ~AAIf() override;
+    const char* ClassName() const override { return "AAIf"; }
+    AAValue* Condition() const { return condition.get(); }
+    const Action& Then() const { return *thenBranch; }
+    const Action& Else() const { return *elseBranch; }
+
+private:
+    AAValuePtr condition;
+    std::unique_ptr<Action> thenBranch;
+    std::unique_ptr<Action> elseBranch;
+};
+
+// `receiver.each(variable){body}`.
+class AAEach : public AAToken {
+public:
+    AAEach(AAValuePtr receiverValue, std::string variableName, std::unique_ptr<Action> bodyAction);
+    ~AAEach() override;
+    const char* ClassName() const override { return "AAEach"; }
+    AAValue* Receiver() const { return receiver.get(); }
+    const std::string& Variable() const { return variable; }
+    const Action& Body() const { return *body; }
+
+private:
+    AAValuePtr receiver;
+    std::string variable;
+    std::unique_ptr<Action> body;
+};

@@ -1,0 +1,349 @@
+#pragma once
+// Expression nodes of compiled action code. The expression parser builds a
+// tree of AAValue objects: literals at the leaves, operators and functions
+// above them holding their operands. Arguments of a function form a chain
+// through `next` (first argument, then GetNextArgument()).
+//
+// Ownership: every node owns its operands and its `next` chain through
+// unique_ptr. Trees can be very deep (a long run of binary operators is a
+// left-deep tree) or very long (a list of a hundred thousand arguments), so a
+// node frees its children without recursion (see DestroyChildren).
+//
+// These classes hold the parsed shape only; computing results lives with the
+// evaluator.
+#include <memory>
+#include <string>
+#include <vector>
+
+class AAValue;
+using AAValuePtr = std::unique_ptr<AAValue>;
+
+// What a tree dump shows of one node besides its class name: a few
+// ready-formatted fields on the same line and the operands below it. A null
+// operand is shown as an empty slot.
+struct AAValueParts {
+    std::vector<std::string> fields;
+    std::vector<const AAValue*> operands;
+};
+
+// Priorities used when the parser composes a tree: the lower the number, the
+// looser the operator binds.
+enum : int {
+    kPriorityOrAnd = 0,
+    kPriorityNot = 1,
+    kPriorityComparison = 2,
+    kPriorityAddition = 3,
+    kPriorityMultiplication = 4,
+    kPriorityDotOperator = 5,
+    kPriorityListFunction = 9997,
+    kPriorityValue = 9999,
+};
+
+class AAValue {
+public:
+    AAValue() = default;
+    explicit AAValue(std::string tokenText) : token(std::move(tokenText)) {}
+    virtual ~AAValue();
+
+    AAValue(const AAValue&) = delete;
+    AAValue& operator=(const AAValue&) = delete;
+
+    // The name of the node's class, as shown by tree dumps.
+    virtual const char* ClassName() const = 0;
+
+    virtual int Priority() const { return kPriorityValue; }
+
+    // Operand slots. A node that lacks a slot answers null and drops what it
+    // is given, so that composing never fails.
+    virtual AAValue* Left() const { return nullptr; }
+    virtual AAValue* Right() const { return nullptr; }
+    virtual void SetLeft(AAValuePtr value) {}
+    virtual void SetRight(AAValuePtr value) {}
+    // Detaches and answers the right operand (null when there is none).
+    virtual AAValuePtr TakeRight() { return nullptr; }
+
+    // The argument chain: a node followed by the next argument of a list.
+    void SetNext(AAValuePtr value) { next = std::move(value); }
+    AAValue* GetNextArgument() const { return next.get(); }
+    // The first argument of a function: its operand.
+    AAValue* GetArgument() const { return Right(); }
+    // There is a first argument and no second one.
+    bool SingleArgument() const;
+
+    // The text the node was made from (literals and names).
+    const std::string& Token() const { return token; }
+
+    // Fields and operands for a tree dump.
+    virtual void Describe(AAValueParts& parts) const;
+
+protected:
+    // Moves every owned child (operands and `next`) into `out`. Subclasses
+    // that own children add theirs and call the inherited version.
+    virtual void ReleaseChildren(std::vector<AAValuePtr>& out);
+    // Destroys the children without recursion: each released child gives up
+    // its own children before it is destroyed. A class that overrides
+    // ReleaseChildren calls this from its destructor, while its override is
+    // still the one that runs.
+    void DestroyChildren();
+
+    std::string token;
+    AAValuePtr next;
+};
+
+// Quotes a text for a dump: double quotes, with backslash escapes for the
+// quote, the backslash and control characters.
+std::string AAQuoteForDump(const std::string& text);
+
+// ---------------------------------------------------------------------------
+// Leaves
+
+// A bare word or a constant text. At run time a bare word may name a
+// variable or an attribute; a literal is the word itself.
+class AAStringValue : public AAValue {
+public:
+    explicit AAStringValue(std::string text) : AAValue(std::move(text)) {}
+    const char* ClassName() const override { return "AAStringValue"; }
+    void Describe(AAValueParts& parts) const override;
+};
+
+// Text written in quotes; it is always the literal. Remembers its quote.
+class AAQuotedStringValue : public AAStringValue {
+public:
+    AAQuotedStringValue(std::string text, char quoteChar)
+        : AAStringValue(std::move(text)), quote(quoteChar) {}
+    const char* ClassName() const override { return "AAQuotedStringValue"; }
+    char Quote() const { return quote; }
+    void Describe(AAValueParts& parts) const override;
+
+private:
+    char quote;
+};
+
+// A number literal: decimal, or hexadecimal behind "#".
+class AAInteger : public AAStringValue {
+public:
+    using AAStringValue::AAStringValue;
+    const char* ClassName() const override { return "AAInteger"; }
+};
+
+// "true" or "false".
+class AABoolean : public AAStringValue {
+public:
+    using AAStringValue::AAStringValue;
+    const char* ClassName() const override { return "AABoolean"; }
+};
+
+// A syntax problem kept in the tree; its text says what went wrong.
+class AAInvalid : public AAValue {
+public:
+    explicit AAInvalid(std::string text) : AAValue(std::move(text)) {}
+    const char* ClassName() const override { return "AAInvalid"; }
+    void Describe(AAValueParts& parts) const override;
+};
+
+// The empty expression, as in `$X=;`.
+class AADefaultValue : public AAValue {
+public:
+    const char* ClassName() const override { return "AADefaultValue"; }
+};
+
+// `$0`, `$1`, ...: a capture group of the latest regular expression.
+class AAMatchValue : public AAValue {
+public:
+    AAMatchValue(std::string text, int number) : AAValue(std::move(text)), index(number) {}
+    const char* ClassName() const override { return "AAMatchValue"; }
+    int Index() const { return index; }
+    void Describe(AAValueParts& parts) const override;
+
+private:
+    int index;
+};
+
+// `$Name` or `$Name(designator)`.
+class AAAttributeValue : public AAValue {
+public:
+    AAAttributeValue(std::string name, std::string designatorText)
+        : AAValue(std::move(name)), designator(std::move(designatorText)) {}
+    const char* ClassName() const override { return "AAAttributeValue"; }
+    const std::string& Name() const { return token; }
+    const std::string& Designator() const { return designator; }
+    void Describe(AAValueParts& parts) const override;
+
+private:
+    std::string designator;
+};
+
+// `^...`: an export template run for the note.
+class AATemplateValue : public AAValue {
+public:
+    explicit AATemplateValue(std::string text) : AAValue(std::move(text)) {}
+    const char* ClassName() const override { return "AATemplateValue"; }
+    void Describe(AAValueParts& parts) const override;
+};
+
+// `Name(pattern)`: a name followed by parentheses that no table knows; a
+// regular-expression query on the attribute of that name.
+class AARegexValue : public AAValue {
+public:
+    AARegexValue(std::string name, std::string patternText, bool isCaseSensitive)
+        : AAValue(std::move(name)), pattern(std::move(patternText)), caseSensitive(isCaseSensitive) {}
+    const char* ClassName() const override { return "AARegexValue"; }
+    const std::string& Name() const { return token; }
+    const std::string& Pattern() const { return pattern; }
+    bool CaseSensitive() const { return caseSensitive; }
+    void Describe(AAValueParts& parts) const override;
+
+private:
+    std::string pattern;
+    bool caseSensitive;
+};
+
+// `links(designator).query`: the links of a note, filtered by a dotted query.
+class AALinks : public AAValue {
+public:
+    AALinks(std::string designatorText, std::string queryText)
+        : designator(std::move(designatorText)), query(std::move(queryText)) {}
+    const char* ClassName() const override { return "AALinks"; }
+    const std::string& Designator() const { return designator; }
+    const std::string& Query() const { return query; }
+    void Describe(AAValueParts& parts) const override;
+
+private:
+    std::string designator;
+    std::string query;
+};
+
+// The expression form of `if`: condition, then and else (either branch may
+// be missing).
+class AAIfExpression : public AAValue {
+public:
+    AAIfExpression(AAValuePtr conditionValue, AAValuePtr thenValue, AAValuePtr elseValue)
+        : condition(std::move(conditionValue)), thenBranch(std::move(thenValue)),
+          elseBranch(std::move(elseValue)) {}
+    ~AAIfExpression() override;
+    const char* ClassName() const override { return "AAIfExpression"; }
+    AAValue* Condition() const { return condition.get(); }
+    AAValue* Then() const { return thenBranch.get(); }
+    AAValue* Else() const { return elseBranch.get(); }
+    void Describe(AAValueParts& parts) const override;
+
+protected:
+    void ReleaseChildren(std::vector<AAValuePtr>& out) override;
+
+private:
+    AAValuePtr condition;
+    AAValuePtr thenBranch;
+    AAValuePtr elseBranch;
+};
+
+// ---------------------------------------------------------------------------
+// Operators
+
+// One operand chain: the operand is the first argument, and further
+// arguments follow through GetNextArgument. Both operand slots set it.
+class AAUnaryOperator : public AAValue {
+public:
+    explicit AAUnaryOperator(AAValuePtr operandValue = nullptr) : operand(std::move(operandValue)) {}
+    ~AAUnaryOperator() override;
+
+    AAValue* Right() const override { return operand.get(); }
+    void SetLeft(AAValuePtr value) override { operand = std::move(value); }
+    void SetRight(AAValuePtr value) override { operand = std::move(value); }
+    AAValuePtr TakeRight() override { return std::move(operand); }
+    void Describe(AAValueParts& parts) const override;
+
+protected:
+    void ReleaseChildren(std::vector<AAValuePtr>& out) override;
+
+    AAValuePtr operand;
+};
+
+// Left and right operands. For the dot operators the left is the receiver
+// and the right the first argument.
+class AABinaryOperator : public AAValue {
+public:
+    AABinaryOperator(AAValuePtr leftValue = nullptr, AAValuePtr rightValue = nullptr)
+        : left(std::move(leftValue)), right(std::move(rightValue)) {}
+    ~AABinaryOperator() override;
+
+    AAValue* Left() const override { return left.get(); }
+    AAValue* Right() const override { return right.get(); }
+    void SetLeft(AAValuePtr value) override { left = std::move(value); }
+    void SetRight(AAValuePtr value) override { right = std::move(value); }
+    AAValuePtr TakeRight() override { return std::move(right); }
+    void Describe(AAValueParts& parts) const override;
+
+protected:
+    void ReleaseChildren(std::vector<AAValuePtr>& out) override;
+
+    AAValuePtr left;
+    AAValuePtr right;
+};
+
+// A dot operator on a receiver, `$A.size`, `$A.replace(a, b)`.
+class AADotOperator : public AABinaryOperator {
+public:
+    using AABinaryOperator::AABinaryOperator;
+    int Priority() const override { return kPriorityDotOperator; }
+};
+
+// `.contains` and `.containsAnyOf` with their case flag.
+class AADotContains : public AADotOperator {
+public:
+    explicit AADotContains(bool isCaseSensitive) : caseSensitive(isCaseSensitive) {}
+    const char* ClassName() const override { return "AADotContains"; }
+    bool CaseSensitive() const { return caseSensitive; }
+    void Describe(AAValueParts& parts) const override;
+
+private:
+    bool caseSensitive;
+};
+
+class AADotContainsAny : public AADotContains {
+public:
+    using AADotContains::AADotContains;
+    const char* ClassName() const override { return "AADotContainsAny"; }
+};
+
+// Family bases of the function library.
+
+// A one-argument numeric function.
+class AANumFun : public AAUnaryOperator {
+public:
+    using AAUnaryOperator::AAUnaryOperator;
+    int Priority() const override { return kPriorityListFunction; }
+};
+
+// A one-argument text function.
+class AATransformer : public AAUnaryOperator {
+public:
+    using AAUnaryOperator::AAUnaryOperator;
+    int Priority() const override { return kPriorityDotOperator; }
+};
+
+// A function over the items of a list.
+class AASetFun : public AAUnaryOperator {
+public:
+    using AAUnaryOperator::AAUnaryOperator;
+    int Priority() const override { return kPriorityListFunction; }
+};
+
+// A unary function whose argument names a note.
+class AAUnaryWithTarget : public AAUnaryOperator {
+public:
+    using AAUnaryOperator::AAUnaryOperator;
+};
+
+// Functions of composites. The `:name` forms keep the texts of their
+// parenthesised arguments.
+class AACompositeFunction : public AAUnaryOperator {
+public:
+    using AAUnaryOperator::AAUnaryOperator;
+    int Priority() const override { return kPriorityDotOperator; }
+    void SetArguments(std::vector<std::string> texts) { arguments = std::move(texts); }
+    const std::vector<std::string>& Arguments() const { return arguments; }
+    void Describe(AAValueParts& parts) const override;
+
+private:
+    std::vector<std::string> arguments;
+};

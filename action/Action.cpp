@@ -1,0 +1,147 @@
+#include "Action.h"
+
+#include <algorithm>
+
+#include "AgentActionExpressionParser.h"
+#include "AgentActionParser.h"
+#include "ActionList.h"
+#include "ArgList.h"
+#include "Log.h"
+#include "Parser.h"
+
+// ---------------------------------------------------------------------------
+// Statements
+
+AAToken::~AAToken() = default;
+
+AAIf::AAIf(AAValuePtr conditionValue, std::unique_ptr<Action> thenAction, std::unique_ptr<Action> elseAction)
+    : condition(std::move(conditionValue)), thenBranch(std::move(thenAction)), elseBranch(std::move(elseAction)) {}
+
+AAIf::~AAIf() = default;
+
+AAEach::AAEach(AAValuePtr receiverValue, std::string variableName, std::unique_ptr<Action> bodyAction)
+    : receiver(std::move(receiverValue)), variable(std::move(variableName)), body(std::move(bodyAction)) {}
+
+AAEach::~AAEach() = default;
+
+void AATokenList::Parse(const std::string& text) {
+    ActionList statements(text, ';', false);
+    for (const std::string& statement : statements.GetList()) {
+        if (AATokenPtr token = AgentActionParser::Parse(statement))
+            tokens.push_back(std::move(token));
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Actions
+
+std::atomic<long> AgentAction::sCount{0};
+
+Action::~Action() = default;
+
+AgentAction::AgentAction(const std::string& source) : text(source) {
+    ++sCount;
+    Parse();
+}
+
+AgentAction::~AgentAction() {
+    deleted = true;
+    tokens.DeleteTokens();
+    --sCount;
+}
+
+void AgentAction::Parse() {
+    // Bodies of `if` and `.each` are actions of their own; a limit on the
+    // nesting keeps hostile text from exhausting the stack.
+    StParseNesting nesting;
+    if (nesting.TooDeep()) {
+        LogFormat("Action code nested more than %d levels deep", AgentActionExpressionParser::kMaxNesting);
+        return;
+    }
+    tokens.Parse(text);
+}
+
+std::unique_ptr<Action> Action::Create(const std::string& text) {
+    if (text.empty())
+        return std::make_unique<NoAction>();
+    return std::make_unique<AgentAction>(text);
+}
+
+AAValuePtr Action::Parse(const std::string& text, bool caseSensitive) {
+    return AgentActionExpressionParser::Parse(text, caseSensitive);
+}
+
+AAValuePtr Action::ParseExpression(const std::string& text, bool caseSensitive) {
+    return AgentActionExpressionParser::Parse(text, caseSensitive);
+}
+
+AATokenPtr Action::CreateExpressionEvaluator(AAValuePtr expression) {
+    return std::make_unique<AAExpressionToken>(std::move(expression));
+}
+
+AATokenPtr Action::CreateAssign(const std::string& left, const std::string& right) {
+    return std::make_unique<AAAssign>(left, ParseExpression(right));
+}
+
+AATokenPtr Action::CreateOrAssign(const std::string& left, const std::string& right) {
+    return std::make_unique<AAOrAssign>(left, ParseExpression(right));
+}
+
+AATokenPtr Action::CreateAndAssign(const std::string& left, const std::string& right) {
+    return std::make_unique<AAAndAssign>(left, ParseExpression(right));
+}
+
+AATokenPtr Action::CreateVar(const std::string& names) {
+    std::vector<AAVars::Variable> variables;
+    ArgList items(names, ',', false);
+    for (const std::string& item : items.GetList()) {
+        size_t paren = item.find('(');
+        if (paren == std::string::npos) {
+            variables.emplace_back(item, nullptr);
+        } else {
+            std::string name = Parser::Trim(item.substr(0, paren));
+            variables.emplace_back(name, ParseExpression(Parser::TrimParens(item.substr(paren))));
+        }
+    }
+    return std::make_unique<AAVars>(std::move(variables));
+}
+
+AATokenPtr Action::CreateVar(const std::string& name, const std::string& expression) {
+    std::vector<AAVars::Variable> variables;
+    variables.emplace_back(name, ParseExpression(expression));
+    return std::make_unique<AAVars>(std::move(variables));
+}
+
+AATokenPtr Action::CreateIf(const std::string& condition, const std::string& thenText, const std::string& elseText) {
+    return std::make_unique<AAIf>(ParseExpression(condition), Create(thenText), Create(elseText));
+}
+
+AATokenPtr Action::CreateEach(AAValuePtr receiver, const std::string& variable, std::unique_ptr<Action> body) {
+    return std::make_unique<AAEach>(std::move(receiver), variable, std::move(body));
+}
+
+namespace {
+
+std::vector<std::string> StartingWith(const std::vector<std::string>& names, const std::string& prefix) {
+    std::vector<std::string> found;
+    for (const std::string& name : names) {
+        if (name.compare(0, prefix.size(), prefix) == 0)
+            found.push_back(name);
+    }
+    return found;
+}
+
+}  // namespace
+
+std::vector<std::string> Action::OperatorsStartingWith(const std::string& prefix) {
+    return StartingWith(AgentActionParser::Operators(), prefix);
+}
+
+std::vector<std::string> Action::DotOperatorsStartingWith(const std::string& prefix) {
+    return StartingWith(AgentActionParser::DotOperators(), prefix);
+}
+
+bool Action::OperatorTakesDesignator(const std::string& name) {
+    const std::vector<std::string>& names = AgentActionParser::OperatorsTakingDesignator();
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
