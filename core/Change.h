@@ -1,0 +1,39 @@
+#pragma once
+// The change collector. Notes report what changed about them as facet masks
+// (see ChangeFacet); the collector merges the masks per note until the
+// outermost StChanges ends, then hands the batch to its listeners (views
+// decide from the bits whether to lay out, redraw or update text).
+#include <functional>
+#include <mutex>
+#include <unordered_map>
+#include <vector>
+
+class Node;
+
+class Change {
+public:
+    using Batch = std::vector<std::pair<Node*, unsigned long>>;
+    using Listener = std::function<void(const Batch&)>;
+
+    void Changed(Node* node, unsigned long mask);
+    void Forget(Node* node);
+    void Hold();
+    void Release();
+    // Delivers what is pending now.
+    void Flush();
+    void Stop();
+    void SetModified(bool m) { modified = m; }
+    bool IsModified() const { return modified; }
+    void AddListener(Listener listener);
+    // The mask merged for a note since the last delivery.
+    unsigned long Pending(const Node* node) const;
+
+private:
+    mutable std::recursive_mutex mutex;
+    std::unordered_map<Node*, unsigned long> pending;
+    std::vector<Node*> order;
+    std::vector<Listener> listeners;
+    int holds = 0;
+    bool stopped = false;
+    bool modified = false;
+};

@@ -1,0 +1,38 @@
+// Lets values reach the document: paths of notes, colour names, deferred
+// deletion. Installed once, when the first document is made.
+#include <mutex>
+
+#include "Hypertext.h"
+#include "NodeFacade.h"
+#include "Value.h"
+#include "ValueHooks.h"
+
+void InstallCoreValueHooks() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        ValueHooks& hooks = GetValueHooks();
+        hooks.pathString = [](const NodeVector& nodes) {
+            std::string joined;
+            for (size_t i = 0; i < nodes.size(); ++i) {
+                if (i)
+                    joined += ';';
+                joined += NodeFacade(nodes[i]).HTPath();
+            }
+            return joined;
+        };
+        hooks.translateColorForDocument = [](Hypertext* document, const std::string& name) {
+            return HypertextFacade(document).TranslateColor(name);
+        };
+        hooks.translateColorForNode = [](const Node* note, const std::string& text) {
+            if (text == "automatic" && note) {
+                if (Node* prototype = note->GetPrototype())
+                    return prototype->GetColor("Color");
+            }
+            return HypertextFacade(note ? note->GetHypertext() : nullptr).TranslateColor(text);
+        };
+        hooks.originalOf = [](const Node* note) -> const Node* { return note ? note->GetOriginal() : nullptr; };
+        hooks.deleteValueForNote = [](const Node* note, const Value* value) {
+            HypertextFacade(note ? note->GetHypertext() : nullptr).DeleteValue(value);
+        };
+    });
+}

@@ -1,0 +1,191 @@
+#include "Hypertext.h"
+
+#include "Attribute.h"
+#include "Change.h"
+#include "Node.h"
+#include "NodeIndex.h"
+#include "Prefs.h"
+#include "Props.h"
+#include "SystemAttributes.h"
+#include "Value.h"
+#include "ValueRecyclingPool.h"
+
+Hypertext::Hypertext() { Construct(false); }
+
+Hypertext::Hypertext(bool skipProperties) { Construct(skipProperties); }
+
+void InstallCoreValueHooks();
+
+void Hypertext::Construct(bool skipProperties) {
+    InstallCoreValueHooks();
+    index = std::make_shared<NodeIndex>();
+    changes = std::make_shared<Change>();
+    preferences = std::make_shared<Prefs>(Prefs::Defaults());
+    attributeStorage = std::make_shared<Props>();
+    valuePool = std::make_unique<ValueRecyclingPool>();
+    if (!skipProperties)
+        InitializeProperties();
+    root = Node::Create(this);
+}
+
+Hypertext::~Hypertext() {
+    WillClose();
+    for (auto* q : {&networkQueue, &indexQueue, &tagQueue, &compositeQueue, &importQueue})
+        if (*q)
+            (*q)->CancelAllOperations();
+    networkQueue.reset();
+    indexQueue.reset();
+    tagQueue.reset();
+    compositeQueue.reset();
+    importQueue.reset();
+    index->Cancel();
+    Node* r = root;
+    root = nullptr;
+    delete r;
+    // Notes hidden for undo are destroyed with the document.
+    while (!hiddenNodes.empty()) {
+        Node* n = *hiddenNodes.begin();
+        hiddenNodes.erase(hiddenNodes.begin());
+        if (!n->Father() || !n->Father()->IsHidden())
+            delete n;
+    }
+    CleanupDeletedValues();
+}
+
+Hypertext* Hypertext::NoHypertext() {
+    static Hypertext* none = new Hypertext(true);
+    return none;
+}
+
+void Hypertext::InitializeProperties() { BuildSystemAttributes(attributeStorage.get()); }
+
+void Hypertext::SetModified(bool modified) { changes->SetModified(modified); }
+
+bool Hypertext::IsModified() const { return changes->IsModified(); }
+
+void Hypertext::NewlyCreated(Node* node) {
+    if (!node || node->IsAlias())
+        return;
+    attributeStorage->NewlyCreated(node);
+}
+
+void Hypertext::AddNode(Node* node) { index->Add(node); }
+
+void Hypertext::Renamed(Node* node) { index->Renamed(node); }
+
+void Hypertext::RemoveNode(Node* node) {
+    AboutToDelete(node);
+    index->Remove(node);
+    changes->Forget(node);
+}
+
+std::vector<Node*> Hypertext::GetAllNodes() const {
+    std::vector<Node*> all;
+    for (Node* n = root; n && !closing; n = n->Next())
+        all.push_back(n);
+    return all;
+}
+
+void Hypertext::IsBeingHidden(Node* node, bool hiding) {
+    if (hiding)
+        hiddenNodes.insert(node);
+    else
+        hiddenNodes.erase(node);
+}
+
+void Hypertext::DidDelete(Node* node) {
+    changes->Forget(node);
+    hiddenNodes.erase(node);
+}
+
+void Hypertext::UpdateOutlineOrder() {
+    long n = 0;
+    for (Node* node = root; node && !closing; node = node->Next())
+        node->SetOutlineOrder(n++);
+    UpdateSiblingOrder(root);
+}
+
+void Hypertext::UpdateSiblingOrder(Node* node) {
+    if (!node)
+        return;
+    long rank = 0;
+    for (Node* child = node->Son(); child; child = child->Brother()) {
+        child->SetSiblingOrder(rank++);
+        if (child->Son())
+            UpdateSiblingOrder(child);
+    }
+}
+
+Node* Hypertext::FirstNode() const { return root ? root->Son() : nullptr; }
+
+void Hypertext::WillClose() {
+    if (closing)
+        return;
+    changes->Stop();
+    for (Node* n = root; n; n = n->Next())
+        n->WillClose();
+    closing = true;
+}
+
+void Hypertext::DidUpdateAgents() {
+    CleanupDeletedValues();
+    if (index->NeedsUpdate()) {
+        std::weak_ptr<NodeIndex> weak = index;
+        IndexQueue().AddOperation(
+            [weak] {
+                if (auto i = weak.lock())
+                    i->UpdateIfNeeded();
+            },
+            4);
+    }
+}
+
+void Hypertext::DeleteValue(const Value* value) {
+    if (value)
+        valuePool->Add(const_cast<Value*>(value));
+}
+
+void Hypertext::CleanupDeletedValues() { valuePool->Drain(); }
+
+const Attribute* Hypertext::NameAttribute() const {
+    if (!nameAttribute)
+        nameAttribute = attributeStorage->GetAttribute("Name");
+    return nameAttribute;
+}
+
+OperationQueue& Hypertext::IndexQueue() {
+    std::lock_guard<std::mutex> guard(queueMutex);
+    if (!indexQueue)
+        indexQueue = std::make_unique<OperationQueue>("indexQueue", 3);
+    return *indexQueue;
+}
+
+OperationQueue& Hypertext::NetworkQueue() {
+    std::lock_guard<std::mutex> guard(queueMutex);
+    if (!networkQueue)
+        networkQueue = std::make_unique<OperationQueue>("networkQueue", 5);
+    return *networkQueue;
+}
+
+OperationQueue& Hypertext::TagQueue() {
+    std::lock_guard<std::mutex> guard(queueMutex);
+    if (!tagQueue)
+        tagQueue = std::make_unique<OperationQueue>("tagQueue", 1);
+    return *tagQueue;
+}
+
+OperationQueue& Hypertext::CompositeQueue() {
+    std::lock_guard<std::mutex> guard(queueMutex);
+    if (!compositeQueue)
+        compositeQueue = std::make_unique<OperationQueue>("compositeQueue", 1);
+    return *compositeQueue;
+}
+
+OperationQueue& Hypertext::ImportQueue() {
+    std::lock_guard<std::mutex> guard(queueMutex);
+    if (!importQueue)
+        importQueue = std::make_unique<OperationQueue>("importQueue", 1);
+    return *importQueue;
+}
+
+std::string Hypertext::CreatorName() const { return preferences ? preferences->Creator() : std::string("system"); }

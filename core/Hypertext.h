@@ -1,0 +1,129 @@
+#pragma once
+// A document: the tree of notes under one root, the attribute table, the
+// indexes and the managers that act on them.
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "PColor.h"
+
+#include "RylSerial.h"
+
+class Attribute;
+class Change;
+class Node;
+class NodeIndex;
+class Prefs;
+class Props;
+class Value;
+class ValueRecyclingPool;
+
+class Hypertext {
+public:
+    // A new document with the whole system attribute table and a root note.
+    Hypertext();
+    // With `skipProperties` true the attribute table is left for the caller to build.
+    explicit Hypertext(bool skipProperties);
+    virtual ~Hypertext();
+    Hypertext(const Hypertext&) = delete;
+    Hypertext& operator=(const Hypertext&) = delete;
+
+    // The shared document that stands for "no document".
+    static Hypertext* NoHypertext();
+
+    // Builds the attribute table of a new document. Layers that know the
+    // whole system table install the builder; without one the table holds
+    // only the attributes every note needs.
+    using PropertyBuilder = std::function<void(Props*, Hypertext*)>;
+    static void SetPropertyBuilder(PropertyBuilder builder);
+
+    virtual bool IsValid() const { return !closing && root != nullptr; }
+    virtual Change* Changes() const { return changes.get(); }
+    virtual Props* AttributeStorage() const { return attributeStorage.get(); }
+    virtual NodeIndex* GetIndex() const { return index.get(); }
+    virtual const Prefs* GetPreferences() const { return preferences.get(); }
+    virtual Prefs* GetPreferences() { return preferences.get(); }
+    virtual void WillWrite() { ++writing; }
+    virtual void DidWrite() {
+        if (writing > 0)
+            --writing;
+    }
+    virtual bool IsWriting() const { return writing > 0; }
+    virtual void InhibitActions(bool inhibit) { actionsInhibited = inhibit; }
+    bool ActionsInhibited() const { return actionsInhibited; }
+    static const char* ScrapType() { return "com.morvent.rylvane.scrap"; }
+    virtual bool CanEdit() const { return true; }
+    virtual void SetModified(bool modified);
+    virtual bool IsModified() const;
+    virtual void NewlyCreated(Node* node);
+    virtual void AddNode(Node* node);
+    virtual void Renamed(Node* node);
+    virtual void RemoveNode(Node* node);
+    virtual std::vector<Node*> GetAllNodes() const;
+    virtual void IsBeingHidden(Node* node, bool hiding);
+    virtual void AboutToDelete(Node* node) {}
+    virtual void DidDelete(Node* node);
+    virtual void UpdateOutlineOrder();
+    virtual void UpdateSiblingOrder(Node* node);
+    virtual Node* FirstNode() const;
+    virtual Node* Root() const { return root; }
+    virtual void WillClose();
+    virtual bool IsClosing() const { return closing; }
+    virtual bool NeedsSort() const { return needsSort; }
+    virtual void NeedsSort(bool n) { needsSort = n; }
+    virtual void DidUpdateAgents();
+    virtual const std::string& GetDefaultPathname() const { return defaultPathname; }
+    virtual void SetDefaultPathname(const std::string& p) { defaultPathname = p; }
+    // Hands a value over for deletion at the next clean-up.
+    virtual void DeleteValue(const Value* value);
+    virtual void CleanupDeletedValues();
+    virtual bool IsBeingRead() const { return isBeingRead; }
+    virtual void IsBeingRead(bool r) { isBeingRead = r; }
+    virtual bool DontRename() const { return dontRename; }
+    virtual void DontRename(bool d) { dontRename = d; }
+    virtual const Attribute* NameAttribute() const;
+    virtual void InitializeProperties();
+    // Notes deleted for the user but kept alive for undo.
+    const std::set<Node*>& HiddenNodes() const { return hiddenNodes; }
+
+    OperationQueue& IndexQueue();
+    OperationQueue& NetworkQueue();
+    OperationQueue& TagQueue();
+    OperationQueue& CompositeQueue();
+    OperationQueue& ImportQueue();
+
+    // The selected notes.
+    std::set<Node*>& Selection() { return selection; }
+    // Named colours of the document, by name.
+    std::map<std::string, PColor>& NamedColors() { return namedColors; }
+    const std::map<std::string, PColor>& NamedColors() const { return namedColors; }
+
+    // The name written into new notes' `Creator`.
+    std::string CreatorName() const;
+
+private:
+    void Construct(bool skipProperties);
+
+    std::shared_ptr<NodeIndex> index;
+    std::shared_ptr<Change> changes;
+    std::shared_ptr<Prefs> preferences;
+    std::shared_ptr<Props> attributeStorage;
+    std::unique_ptr<ValueRecyclingPool> valuePool;
+    Node* root = nullptr;
+    std::set<Node*> hiddenNodes;
+    std::set<Node*> selection;
+    std::map<std::string, PColor> namedColors;
+    bool needsSort = false;
+    std::string defaultPathname;
+    std::unique_ptr<OperationQueue> networkQueue, indexQueue, tagQueue, compositeQueue, importQueue;
+    std::mutex queueMutex;
+    bool dontRename = false;
+    bool isBeingRead = false;
+    bool closing = false;
+    bool actionsInhibited = false;
+    int writing = 0;
+    mutable const Attribute* nameAttribute = nullptr;
+};

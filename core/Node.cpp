@@ -1,0 +1,673 @@
+#include "Node.h"
+
+#include <cassert>
+
+#include "Attribute.h"
+#include "Change.h"
+#include "Content.h"
+#include "CoreHooks.h"
+#include "Hypertext.h"
+#include "Log.h"
+#include "NodeFacade.h"
+#include "NodeHelpers.h"
+#include "NodeIndex.h"
+#include "Prefs.h"
+#include "Props.h"
+#include "Prototypes.h"
+#include "UnicodeString.h"
+#include "Value.h"
+
+CoreHooks& GetCoreHooks() {
+    static CoreHooks hooks;
+    return hooks;
+}
+
+// ------------------------------------------------------------ construction
+
+Node::Node(Hypertext* h) : hypertext(h), id(h) { content = std::make_unique<Content>(); }
+
+Node::Node(const std::string& n, Node* parent, Node* after, double x, double y) {
+    hypertext = parent ? parent->GetHypertext() : nullptr;
+    assert(hypertext != nullptr && "file!=NULL");
+    id = NodeID(hypertext);
+    content = std::make_unique<Content>();
+    SetName(n);
+    NodePosition(this).InitializePosition(parent, after, x, y);
+    const STime now = STime::Now();
+    SetTime("Created", now);
+    SetTime("Modified", now);
+    SetDouble("Xpos", x);
+    SetDouble("Ypos", y);
+    SetID(GetID());
+    hypertext->AddNode(this);
+}
+
+Node::Node(const Node& source, unsigned char withLinks) {
+    hypertext = source.hypertext;
+    content = std::make_unique<Content>(source.GetContent() ? *source.GetContent() : Content());
+    if (source.oldAdornments)
+        oldAdornments = std::make_unique<NodeVector>(*source.oldAdornments);
+    newlyCreated = source.newlyCreated;
+    inhibitSorting = source.inhibitSorting;
+    outlineOrder = source.outlineOrder;
+    siblingOrder = source.siblingOrder;
+    std::string request = source.GetPrototypeRequest();
+    if (!request.empty())
+        RequestPrototype(request);
+    {
+        StObjectLock guard(source.lock);
+        properties.CloneFrom(source.properties);
+    }
+    // The copy shares the prototype relation of its source.
+    if (Node* prototype = source.GetPrototype())
+        GetPrototypeCache()->SetNode(prototype);
+    std::string copyName = NodeName(const_cast<Node*>(&source)).MakeNameForDuplicate(source.Name());
+    name = copyName;
+    if (const Attribute* nameAttr = NameAttribute())
+        Node::DoSet(nameAttr, Value::Create(copyName));
+    const STime now = STime::Now();
+    SetTime("Created", now);
+    SetTime("Modified", now);
+    (void)withLinks; // Links are recreated by the link layer when it copies notes.
+    id = NodeID(hypertext);
+    if (hypertext)
+        hypertext->AddNode(this);
+    if (const Attribute* idAttr = GetAttribute("ID"); idAttr && idAttr->IsValid())
+        Node::DoSet(idAttr, Value::ForUnsigned(id.GetID()));
+    if (const Attribute* creator = GetAttribute("Creator"); creator && creator->IsValid())
+        Node::DoSet(creator, Value::Create(id.GetCreator()));
+}
+
+Node::~Node() {
+    beingDeleted = true;
+    Hide(true);
+    if (hypertext)
+        hypertext->DidDelete(this);
+    while (Node* child = Son()) {
+        child->Unhook();
+        delete child;
+    }
+    properties.DeleteValues();
+    aliases.reset();
+    prototypeCache.reset();
+    oldAdornments.reset();
+    if (hypertext)
+        hypertext->RemoveNode(this);
+    hypertext = nullptr;
+    content.reset();
+    name = "deleted " + name;
+}
+
+Node* Node::Create(Hypertext* h) {
+    Node* n = new Node(h);
+    n->Initialize();
+    return n;
+}
+
+Node* Node::Create(const std::string& n, Node* parent, Node* after, double x, double y, bool initialize) {
+    if (!parent || !parent->GetHypertext())
+        return nullptr;
+    Node* node = new Node(n, parent, after, x, y);
+    if (initialize)
+        node->Initialize();
+    return node;
+}
+
+Node* Node::Create(const Node& source, unsigned char withLinks) {
+    Node* copy = source.Clone(withLinks);
+    if (!copy)
+        return nullptr;
+    copy->Initialize();
+    auto& hooks = GetCoreHooks();
+    if (hooks.onAdd && copy->Father())
+        hooks.onAdd(copy, copy->Father());
+    if (hooks.onAdornments)
+        hooks.onAdornments(copy, NodeVector());
+    return copy;
+}
+
+Node* Node::Clone(unsigned char withLinks) const { return new Node(*this, withLinks); }
+
+void Node::Initialize() {
+    if (hypertext)
+        hypertext->NewlyCreated(this);
+    NodePosition(this).JustMoved(true, NodeVector());
+}
+
+void Node::SetHypertext(Hypertext* h) {
+    if (h == hypertext)
+        return;
+    for (Node* child = Son(); child; child = child->Brother())
+        child->SetHypertext(h);
+    if (hypertext)
+        hypertext->RemoveNode(this);
+    hypertext = h;
+    id.MakeUnique(h);
+    if (hypertext) {
+        hypertext->AddNode(this);
+        CanForward(false);
+        SetLong("ID", static_cast<long>(id.GetID()));
+        Set("Creator", id.GetCreator());
+        CanForward(true);
+    }
+}
+
+const Prefs* Node::GetPreferences() const { return hypertext ? hypertext->GetPreferences() : nullptr; }
+
+Node* Node::Root() const { return hypertext ? hypertext->Root() : nullptr; }
+
+void Node::SetID(const NodeID& newID) {
+    const Attribute* idAttr = GetAttribute("ID");
+    bool hasID = idAttr && properties.Has(idAttr);
+    if (hasID && id.Equal(newID))
+        return;
+    if (hasID && hypertext)
+        hypertext->RemoveNode(this);
+    id = newID;
+    bool forward = CanForward();
+    CanForward(false);
+    if (idAttr && idAttr->IsValid())
+        Node::DoSet(idAttr, Value::ForUnsigned(id.GetID()));
+    if (const Attribute* creator = GetAttribute("Creator"); creator && creator->IsValid())
+        Node::DoSet(creator, Value::Create(id.GetCreator()));
+    CanForward(forward);
+    if (hasID && hypertext)
+        hypertext->AddNode(this);
+}
+
+Content* Node::GetContent() { return content.get(); }
+
+const Content* Node::GetContent() const { return content.get(); }
+
+// ------------------------------------------------------------ hide and show
+
+void Node::Hide(bool hide) {
+    if (hide)
+        Hide();
+    else
+        Show();
+}
+
+void Node::Hide() {
+    if (!hypertext || !CanEdit() || hidden)
+        return;
+    StChanges changes(hypertext);
+    NodeSelection(this).Deselect();
+    DoHide();
+    Unhook();
+}
+
+void Node::DoHide() {
+    if (hidden)
+        return;
+    if (!IsAlias() && aliases)
+        aliases->HideTheAliases(true);
+    DoHideSelf();
+}
+
+void Node::DoHideSelf() {
+    NodeSelection(this).Deselect();
+    hidden = true;
+    if (hypertext) {
+        hypertext->IsBeingHidden(this, true);
+        hypertext->RemoveNode(this);
+    }
+    for (Node* child = Son(); child; child = child->Brother())
+        child->DoHide();
+    ChangeFacade(this).Changed(80);
+    if (Node* f = Father())
+        f->Changed(2);
+}
+
+void Node::Show() {
+    if (!hypertext || !CanEdit() || !hidden)
+        return;
+    NodeSelection(this).Deselect();
+    StChanges changes(hypertext);
+    DoShow();
+}
+
+void Node::DoShow() {
+    if (!hidden)
+        return;
+    DoShowSelf();
+    if (!IsAlias() && aliases)
+        aliases->ShowTheHiddenAliases();
+}
+
+void Node::DoShowSelf() {
+    NodeSelection(this).Deselect();
+    if (hypertext)
+        hypertext->IsBeingHidden(this, false);
+    hidden = false;
+    if (hypertext)
+        hypertext->AddNode(this);
+    for (Node* child = Son(); child; child = child->Brother())
+        child->DoShow();
+    Changed(1);
+    if (Node* f = Father())
+        f->Changed(2);
+}
+
+// ------------------------------------------------------------------ names
+
+std::string Node::Name() const {
+    const Node* original = GetOriginal();
+    const Attribute* attr = original->NameAttribute();
+    if (!attr)
+        return "";
+    std::string n;
+    {
+        StObjectLock guard(original->lock);
+        const Value* v = attr->ValueFor(original);
+        n = v ? v->AsString() : std::string();
+    }
+    if (!UnicodeString(n).IsValidUnicode())
+        return "";
+    return n;
+}
+
+std::string Node::DisplayName() const {
+    auto& hooks = GetCoreHooks();
+    if (hooks.displayName)
+        return hooks.displayName(this);
+    return Name();
+}
+
+std::string Node::DefaultName() const {
+    const Attribute* attr = NameAttribute();
+    return attr ? attr->GetDefaultValueAsString() : std::string();
+}
+
+void Node::SetName(const std::string& newName) {
+    name = newName;
+    Node* original = GetOriginal();
+    if (original->Name() != newName) {
+        if (const Attribute* attr = NameAttribute())
+            original->Set(attr, Value::Create(newName));
+        Changed(1);
+    }
+}
+
+const Attribute* Node::NameAttribute() const { return hypertext ? hypertext->NameAttribute() : nullptr; }
+
+// ----------------------------------------------------------- modification
+
+void Node::HasBeenModified() {
+    SetTime("Modified", STime::Now());
+    ChangeFacade(this).SetModified(true);
+}
+
+void Node::Changed(unsigned long mask) {
+    if (mask == 0 || hidden)
+        return;
+    ChangeFacade(this).Changed(mask);
+}
+
+void Node::AddChange(unsigned long mask) {
+    if (mask == 0)
+        return;
+    ChangeFacade(this).Changed(mask);
+}
+
+void Node::Changed(const Attribute* attribute) {
+    if (attribute)
+        Changed(attribute->GetChangeFacets());
+}
+
+void Node::ChangedAttribute(const std::string& attributeName) { Changed(GetAttribute(attributeName)); }
+
+bool Node::CanEdit() const { return true; }
+
+bool Node::ReadOnly() const {
+    if (!CanEdit())
+        return true;
+    return GetBoolean("ReadOnly");
+}
+
+bool Node::IsLocked() const { return GetBoolean("Lock"); }
+
+bool Node::IsContainer() const { return GetOriginal()->Son() != nullptr; }
+
+// ----------------------------------------------------------------- writes
+
+const Attribute* Node::GetAttribute(const std::string& attributeName) const {
+    if (!hypertext)
+        return nullptr;
+    std::string n = attributeName;
+    if (!n.empty() && n[0] == '$')
+        n.erase(0, 1);
+    if (n.empty())
+        return nullptr;
+    return hypertext->AttributeStorage()->GetAttribute(n);
+}
+
+void Node::Set(const Attribute* attribute, const Value* value) {
+    if (!attribute) {
+        if (value)
+            value->Delete();
+        return;
+    }
+    const_cast<Attribute*>(attribute)->Set(this, value);
+}
+
+void Node::Set(const Attribute* attribute, const std::string& text) {
+    if (!attribute || !attribute->IsValid())
+        return;
+    if (attribute->GetType() == AttributeType::kFile) {
+        SetFileValue(attribute, text);
+        return;
+    }
+    Set(attribute, Value::Create(attribute->GetType(), text));
+}
+
+void Node::Set(const std::string& attributeName, const Value* value) {
+    const Attribute* a = GetAttribute(attributeName);
+    if (!a || !a->IsValid()) {
+        if (value)
+            value->Delete();
+        return;
+    }
+    Set(a, value);
+}
+
+void Node::Set(const std::string& attributeName, const std::string& text) {
+    const Attribute* a = GetAttribute(attributeName);
+    if (!a || !a->IsValid())
+        return;
+    Set(a, text);
+}
+
+void Node::SetSet(const std::string& n, const std::string& items) { Set(n, Value::Create(AttributeType::kSet, items)); }
+
+void Node::SetDictionary(const std::string& n, const std::string& text) {
+    Set(n, Value::Create(AttributeType::kDictionary, text));
+}
+
+void Node::SetTime(const std::string& n, const STime& time) { Set(n, Value::ForDate(time)); }
+
+void Node::SetDouble(const std::string& n, double d) { Set(n, Value::ForDouble(d)); }
+
+void Node::SetColor(const std::string& n, const PColor& color) { Set(n, Value::ForColor(color)); }
+
+void Node::SetColor(const std::string& n, const std::string& color) { Set(n, Value::ForColor(color)); }
+
+void Node::SetLong(const std::string& n, long l) { Set(n, Value::ForInt(static_cast<int>(l))); }
+
+void Node::SetUnsigned(const std::string& n, unsigned long u) {
+    Set(n, Value::ForUnsigned(static_cast<unsigned>(u)));
+}
+
+void Node::SetBoolean(const std::string& n, bool b) { Set(n, Value::ForBoolean(b)); }
+
+void Node::ToggleBoolean(const std::string& n) { SetBoolean(n, !GetBoolean(n)); }
+
+void Node::SetFile(const std::string& n, const std::string& path) { SetFileValue(GetAttribute(n), path); }
+
+void Node::SetFileValue(const Attribute* attribute, const std::string& path) {
+    if (!attribute || !attribute->IsValid())
+        return;
+    Set(attribute, Value::ForFile(path));
+}
+
+void Node::DoSet(const Attribute* attribute, const Value* value) {
+    if (beingDeleted) {
+        if (value)
+            value->Delete();
+        return;
+    }
+    if (!attribute || !attribute->IsValid()) {
+        if (value)
+            value->Delete();
+        return;
+    }
+    bool changed = true;
+    {
+        StObjectLock guard(lock);
+        const Value* old = properties.Get(attribute);
+        if (old == value)
+            return;
+        if (old)
+            changed = old->compare(value) != 0;
+        Value* replaced = properties.Put(attribute, const_cast<Value*>(value));
+        if (replaced)
+            DeleteValue(replaced);
+    }
+    if (changed)
+        Changed(attribute);
+}
+
+void Node::Remove(const Attribute* attribute) {
+    if (attribute)
+        const_cast<Attribute*>(attribute)->Remove(this);
+}
+
+void Node::Remove(const std::string& attributeName) {
+    const Attribute* a = GetAttribute(attributeName);
+    if (a && a->IsValid())
+        Remove(a);
+}
+
+void Node::DoRemove(const Attribute* attribute) {
+    Value* old = nullptr;
+    {
+        StObjectLock guard(lock);
+        old = properties.Take(attribute);
+    }
+    if (old) {
+        DeleteValue(old);
+        Changed(attribute);
+    }
+}
+
+void Node::DeleteValue(const Value* value) const {
+    if (!value)
+        return;
+    if (hypertext)
+        hypertext->DeleteValue(value);
+    else
+        value->Delete();
+}
+
+// ------------------------------------------------------------------ reads
+
+const Value* Node::Get(const std::string& attributeName) const {
+    const Attribute* a = GetAttribute(attributeName);
+    if (!a || !a->IsValid())
+        return nullptr;
+    return Get(a);
+}
+
+namespace {
+const Value* EmptyStringValue() {
+    static const Value* empty = Value::Create("");
+    return empty;
+}
+} // namespace
+
+const Value* Node::Get(const Attribute* attribute) const {
+    if (beingDeleted)
+        return EmptyStringValue();
+    if (!attribute)
+        return nullptr;
+    return attribute->ValueFor(this);
+}
+
+Value* Node::CreateClonedValue(const Attribute* attribute) const {
+    StObjectLock guard(lock);
+    if (beingDeleted || !hypertext || !attribute)
+        return Value::Create("");
+    return attribute->ClonedValueFor(this);
+}
+
+Value* Node::CreateClonedValue(const std::string& attributeName) const {
+    const Attribute* a = GetAttribute(attributeName);
+    if (!a)
+        return Value::Create("");
+    return CreateClonedValue(a);
+}
+
+namespace {
+// Reads a clone of the value and converts it.
+template <typename F>
+auto WithClone(const Node* node, const Attribute* attribute, F convert) {
+    ValuePtr v(node->CreateClonedValue(attribute));
+    return convert(v.get());
+}
+} // namespace
+
+std::string Node::GetString(const std::string& attributeName) const {
+    const Attribute* a = GetAttribute(attributeName);
+    return GetString(a);
+}
+
+std::string Node::GetString(const Attribute* attribute) const {
+    if (!attribute)
+        return "";
+    return WithClone(this, attribute, [](const Value* v) { return v ? v->AsString() : std::string(); });
+}
+
+std::string Node::GetFormattedString(const std::string& n, const std::string& format) const {
+    return WithClone(this, GetAttribute(n), [&](const Value* v) { return v ? v->AsFormattedString(format) : ""; });
+}
+
+std::string Node::GetShortString(const std::string& n) const {
+    return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? v->AsShortString() : std::string(); });
+}
+
+std::string Node::GetExportString(const std::string& n, const std::string& format) const {
+    return WithClone(this, GetAttribute(n),
+                     [&](const Value* v) { return v ? v->AsExportString(format, hypertext) : std::string(); });
+}
+
+double Node::GetDouble(const std::string& n) const {
+    return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? v->AsDouble() : 0.0; });
+}
+
+long Node::GetLong(const std::string& n) const {
+    return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? static_cast<long>(v->AsLong()) : 0L; });
+}
+
+unsigned long Node::GetUnsignedLong(const std::string& n) const {
+    return WithClone(this, GetAttribute(n),
+                     [](const Value* v) { return v ? static_cast<unsigned long>(v->AsUnsignedLong()) : 0UL; });
+}
+
+bool Node::GetBoolean(const std::string& n) const { return GetBoolean(GetAttribute(n)); }
+
+bool Node::GetBoolean(const Attribute* attribute) const {
+    if (!attribute)
+        return false;
+    return WithClone(this, attribute, [](const Value* v) { return v && v->AsBoolean(); });
+}
+
+STime Node::GetDate(const std::string& n) const {
+    return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? v->AsTime() : STime::Never(); });
+}
+
+PColor Node::GetColor(const std::string& n) const {
+    std::string text = GetString(n);
+    if (text.empty())
+        return PColor();
+    if (text == "automatic") {
+        if (Node* prototype = GetPrototype())
+            return prototype->GetColor(n);
+        const Attribute* a = GetAttribute(n);
+        return HypertextFacade(hypertext).TranslateColor(a ? a->GetDefaultValueAsString() : std::string());
+    }
+    return HypertextFacade(hypertext).TranslateColor(text);
+}
+
+const Value* Node::DoGetImmediate(const Attribute* attribute) const {
+    StObjectLock guard(lock);
+    return properties.Get(attribute);
+}
+
+const Value* Node::DoGet(const Attribute* attribute) const {
+    if (const Value* own = DoGetImmediate(attribute))
+        return own;
+    return NodeInheritance(const_cast<Node*>(this)).InheritFromPrototype(attribute);
+}
+
+void Node::CloneValue(const std::string& n, const Node* source) {
+    if (!source)
+        return;
+    const Attribute* a = GetAttribute(n);
+    if (!a)
+        return;
+    Set(a, source->CreateClonedValue(a));
+}
+
+// ------------------------------------------------------------- prototypes
+
+PrototypeCache* Node::GetPrototypeCache() const {
+    if (!prototypeCache)
+        prototypeCache = std::make_unique<PrototypeCache>();
+    return prototypeCache.get();
+}
+
+Node* Node::GetPrototype() const { return CachedPrototypeNode(); }
+
+Node* Node::CachedPrototypeNode() const {
+    if (!prototypeCache)
+        return nullptr;
+    return prototypeCache->GetNode();
+}
+
+void Node::SetPrototype(Node* prototype, bool cloneChildren) {
+    NodeInheritance(this).SetPrototype(prototype, cloneChildren);
+}
+
+void Node::WillHavePrototype(const Link* link) { GetPrototypeCache()->Set(link); }
+
+void Node::RequestPrototype(const std::string& n) { GetPrototypeCache()->RequestPrototype(n); }
+
+std::string Node::GetPrototypeRequest() const {
+    return prototypeCache ? prototypeCache->GetPrototypeRequest() : std::string();
+}
+
+const Attribute* Node::SortAttribute() const {
+    std::string n = GetString("Sort");
+    if (n.empty())
+        return nullptr;
+    return GetAttribute(n);
+}
+
+// ----------------------------------------------------------------- aliases
+
+NodeAliases* Node::GetNodeAliases() const {
+    if (!aliases)
+        aliases = std::make_unique<NodeAliases>();
+    return aliases.get();
+}
+
+void Node::AddAlias(Node* alias) { GetNodeAliases()->Add(alias); }
+
+void Node::HidingAlias(Node* alias, bool hiding) {
+    if (aliases)
+        aliases->Hiding(alias, hiding);
+}
+
+void Node::DeletingAlias(Node* alias) {
+    if (aliases)
+        aliases->Deleting(alias);
+}
+
+NodeVector Node::Aliases() const { return aliases ? aliases->Aliases() : NodeVector(); }
+
+void Node::SetOldAdornments(const NodeVector& v) { oldAdornments = std::make_unique<NodeVector>(v); }
+
+std::string Node::OutputWorkingString() const {
+    StObjectLock guard(lock);
+    return outputWorkingString;
+}
+
+void Node::SetOutputWorkingString(const std::string& s) {
+    StObjectLock guard(lock);
+    outputWorkingString = s;
+}
+
+NotANode* NotANode::Get() {
+    static NotANode* none = new NotANode();
+    return none;
+}

@@ -1,0 +1,147 @@
+#include "NodeIndex.h"
+
+#include "Hypertext.h"
+#include "Node.h"
+#include "NodeFacade.h"
+
+NodeIndex::NodeIndex() = default;
+
+void NodeIndex::Add(Node* node) {
+    if (!node)
+        return;
+    if (!hypertext)
+        hypertext = node->GetHypertext();
+    if (!node->IsAlias())
+        nameQueue.Sync([&] { nameValid = false; });
+    setQueue.Sync([&] { nodes.insert(node); });
+    mapQueue.Sync([&] {
+        auto range = byID.equal_range(node->GetID().GetID());
+        for (auto it = range.first; it != range.second; ++it)
+            if (it->second == node)
+                return;
+        byID.emplace(node->GetID().GetID(), node);
+    });
+}
+
+void NodeIndex::Remove(Node* node) {
+    if (!node)
+        return;
+    nameQueue.Sync([&] {
+        // Usually the entry stands under the note's present name; a note
+        // renamed since the last rebuild is found by scanning.
+        auto named = byName.find(node->Name());
+        if (named != byName.end() && named->second == node) {
+            byName.erase(named);
+            return;
+        }
+        for (auto it = byName.begin(); it != byName.end(); ++it)
+            if (it->second == node) {
+                byName.erase(it);
+                break;
+            }
+    });
+    setQueue.Sync([&] { nodes.erase(node); });
+    mapQueue.Sync([&] {
+        auto range = byID.equal_range(node->GetID().GetID());
+        for (auto it = range.first; it != range.second; ++it)
+            if (it->second == node) {
+                byID.erase(it);
+                return;
+            }
+        for (auto it = byID.begin(); it != byID.end(); ++it)
+            if (it->second == node) {
+                byID.erase(it);
+                break;
+            }
+    });
+}
+
+void NodeIndex::Renamed(Node* node) {
+    if (node && !node->IsAlias())
+        nameQueue.Sync([&] { nameValid = false; });
+}
+
+Node* NodeIndex::Find(uint32_t id) const {
+    return mapQueue.Sync([&]() -> Node* {
+        auto range = byID.equal_range(id);
+        Node* found = nullptr;
+        for (auto it = range.first; it != range.second; ++it)
+            if (!found || (found->IsAlias() && !it->second->IsAlias()))
+                found = it->second;
+        return found;
+    });
+}
+
+Node* NodeIndex::Find(uint32_t id, const std::string& creator) const {
+    return mapQueue.Sync([&]() -> Node* {
+        auto range = byID.equal_range(id);
+        for (auto it = range.first; it != range.second; ++it)
+            if (it->second->GetID().GetCreator() == creator)
+                return it->second;
+        return nullptr;
+    });
+}
+
+Node* NodeIndex::Find(const std::string& name) const {
+    Node* cached = nullptr;
+    bool valid = nameQueue.Sync([&] {
+        if (!nameValid)
+            return false;
+        auto it = byName.find(name);
+        cached = it == byName.end() ? nullptr : it->second;
+        return true;
+    });
+    if (valid)
+        return cached;
+    return HypertextFacade(hypertext).First([&](Node* n) { return n->Name() == name; });
+}
+
+Node* NodeIndex::FindPrototype(const std::string& name) {
+    UpdateIfNeeded();
+    Node* found = nameQueue.Sync([&]() -> Node* {
+        auto it = byName.find(name);
+        return it == byName.end() ? nullptr : it->second;
+    });
+    if (!found)
+        return nullptr;
+    if (found->GetBoolean("IsPrototype"))
+        return found;
+    return HypertextFacade(hypertext).First(
+        [&](Node* n) { return n->GetBoolean("IsPrototype") && n->Name() == name; });
+}
+
+bool NodeIndex::Has(const Node* node) const {
+    return setQueue.Sync([&] { return nodes.count(const_cast<Node*>(node)) != 0; });
+}
+
+std::vector<Node*> NodeIndex::Nodes() const {
+    return setQueue.Sync([&] { return std::vector<Node*>(nodes.begin(), nodes.end()); });
+}
+
+long NodeIndex::count() const {
+    return setQueue.Sync([&] { return static_cast<long>(nodes.size()); });
+}
+
+void NodeIndex::UpdateIfNeeded() {
+    if (NeedsUpdate())
+        Rebuild();
+}
+
+void NodeIndex::Rebuild() {
+    if (!hypertext)
+        return;
+    nameQueue.Sync([&] {
+        byName.clear();
+        Node* root = hypertext->Root();
+        for (Node* n = root; n; n = n->Next()) {
+            if (cancelled)
+                break;
+            if (n->IsAlias() || n->IsHidden() || n == root)
+                continue;
+            if (NodeFacade(n).IsUntitled())
+                continue;
+            byName.emplace(n->Name(), n);
+        }
+        nameValid = true;
+    });
+}

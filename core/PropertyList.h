@@ -1,0 +1,49 @@
+#pragma once
+// A note's local values: attribute to value, ordered by attribute name (the
+// order in which they are written to a file). The list owns its values.
+//
+// Kept as a sorted vector: notes hold few local values, and a vector costs a
+// fraction of a tree map per note.
+#include <string>
+#include <utility>
+#include <vector>
+
+class Attribute;
+class Node;
+class Value;
+class XMLWriter;
+
+class PropertyList {
+public:
+    using Entry = std::pair<const Attribute*, Value*>;
+
+    PropertyList() = default;
+    PropertyList(const PropertyList&) = delete;
+    PropertyList& operator=(const PropertyList&) = delete;
+    ~PropertyList();
+
+    const Value* Get(const Attribute* attribute) const;
+    bool Has(const Attribute* attribute) const { return Get(attribute) != nullptr; }
+    // Stores the value (owned from now on) and answers the one it replaced,
+    // which the caller disposes of; null when there was none.
+    Value* Put(const Attribute* attribute, Value* value);
+    // Takes the value out without deleting it.
+    Value* Take(const Attribute* attribute);
+    // Removes and deletes the value.
+    void Remove(const Attribute* attribute);
+    void DeleteValues();
+    // Copies every value of `other` by cloning.
+    void CloneFrom(const PropertyList& other);
+    // Copies local values of intrinsic, visible attributes (not `ID`) to `node`.
+    void CopyAttributesTo(Node* node) const;
+
+    size_t size() const { return entries.size(); }
+    bool empty() const { return entries.empty(); }
+    std::vector<Entry>::const_iterator begin() const { return entries.begin(); }
+    std::vector<Entry>::const_iterator end() const { return entries.end(); }
+
+private:
+    std::vector<Entry>::iterator Find(const Attribute* attribute);
+    std::vector<Entry>::const_iterator Find(const Attribute* attribute) const;
+    std::vector<Entry> entries;
+};

@@ -1,0 +1,5 @@
+#pragma once
+// Fills a new document's attribute table with the system attributes.
+class Props;
+
+void BuildSystemAttributes(Props* props);
