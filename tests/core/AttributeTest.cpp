@@ -50,21 +50,21 @@ TEST(Attributes, WritesChangeOnlyWhenTheValueDiffers) {
     Hypertext doc;
     Node* proto = MakeNote(doc, "Proto");
     Node* n = MakeNote(doc, "n");
-    proto->Set("MyString", "shared");
+    proto->Set("Color", "red");
     n->SetPrototype(proto, false);
-    ASSERT_EQ(n->GetString("MyString"), "shared");
+    ASSERT_EQ(n->GetString("Color"), "red");
     ChangeCounter changes(doc);
     changes.watched = n;
     // The first local value counts as a change even when it equals the inherited one.
-    n->Set("MyString", "shared");
+    n->Set("Color", "red");
     EXPECT_EQ(changes.count, 1);
-    n->Set("MyString", "shared");
+    n->Set("Color", "red");
     EXPECT_EQ(changes.count, 1);
-    n->Set("MyString", "own");
+    n->Set("Color", "blue");
     EXPECT_EQ(changes.count, 2);
-    n->Remove("MyString");
+    n->Remove("Color");
     EXPECT_EQ(changes.count, 3);
-    EXPECT_EQ(n->GetString("MyString"), "shared");
+    EXPECT_EQ(n->GetString("Color"), "red");
 }
 
 TEST(Attributes, ReadOrderLocalThenPrototypeThenDefault) {
@@ -99,12 +99,13 @@ TEST(Attributes, SequentialAndDateDefaults) {
     Node* plain = MakeNote(doc, "plain");
     number->BeSequential(true);
     number->Initialize(&doc);
-    // The note above the default keeps its value; others count up from it.
+    // A note above the default keeps its value; the others take the
+    // default plus one in outline order, raising the default as they go.
     EXPECT_EQ(high->GetLong("Ticket"), 50);
-    EXPECT_EQ(plain->GetLong("Ticket"), 51);
+    EXPECT_EQ(plain->GetLong("Ticket"), 1);
     Node* next = MakeNote(doc, "next");
-    EXPECT_EQ(next->GetLong("Ticket"), 52);
-    EXPECT_EQ(number->GetDefaultValueAsString(), "52");
+    EXPECT_EQ(next->GetLong("Ticket"), 2);
+    EXPECT_EQ(number->GetDefaultValueAsString(), "2");
 
     Attribute* due = props->CreateBasicAttribute("Deadline", "User", true, AttributeType::kDate);
     due->SetDefault(Value::ForDate(STime::FromUnixEpoch(1700000000)));

@@ -166,8 +166,8 @@ TEST(NodeTree, OutlineAndSiblingOrder) {
     EXPECT_EQ(NodeFacade(a2).HTPath(), "/A/A2");
     EXPECT_TRUE(NodeFacade(a).IsTopLevel());
     EXPECT_FALSE(NodeFacade(a1).IsTopLevel());
-    EXPECT_EQ(NodeFacade(nullptr).OutlineOrder(), -1);
-    EXPECT_EQ(NodeFacade(nullptr).Name(), "");
+    EXPECT_EQ(NodeFacade(static_cast<Node*>(nullptr)).OutlineOrder(), -1);
+    EXPECT_EQ(NodeFacade(static_cast<Node*>(nullptr)).Name(), "");
 }
 
 TEST(NodeTree, ChangesAreCollectedUntilTheOutermostGuardEnds) {
