@@ -3,7 +3,7 @@
 #include <algorithm>
 
 void Change::Changed(Node* node, unsigned long mask) {
-    if (!node || mask == 0)
+    if (!node || mask == 0 || !hasListeners.load(std::memory_order_relaxed))
         return;
     {
         std::lock_guard<std::recursive_mutex> guard(mutex);
@@ -69,6 +69,7 @@ void Change::Stop() {
 void Change::AddListener(Listener listener) {
     std::lock_guard<std::recursive_mutex> guard(mutex);
     listeners.push_back(std::move(listener));
+    hasListeners = true;
 }
 
 unsigned long Change::Pending(const Node* node) const {

@@ -3,6 +3,7 @@
 // (see ChangeFacet); the collector merges the masks per note until the
 // outermost StChanges ends, then hands the batch to its listeners (views
 // decide from the bits whether to lay out, redraw or update text).
+#include <atomic>
 #include <functional>
 #include <mutex>
 #include <unordered_map>
@@ -33,6 +34,8 @@ private:
     std::unordered_map<Node*, unsigned long> pending;
     std::vector<Node*> order;
     std::vector<Listener> listeners;
+    // Nothing is collected until someone listens.
+    std::atomic<bool> hasListeners{false};
     int holds = 0;
     bool stopped = false;
     bool modified = false;

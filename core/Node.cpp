@@ -17,6 +17,8 @@
 #include "UnicodeString.h"
 #include "Value.h"
 
+const Content* EmptyContent();
+
 CoreHooks& GetCoreHooks() {
     static CoreHooks hooks;
     return hooks;
@@ -24,18 +26,18 @@ CoreHooks& GetCoreHooks() {
 
 // ------------------------------------------------------------ construction
 
-Node::Node(Hypertext* h) : hypertext(h), id(h) { content = std::make_unique<Content>(); }
+Node::Node(Hypertext* h) : hypertext(h), id(h) {}
 
 Node::Node(const std::string& n, Node* parent, Node* after, double x, double y) {
     hypertext = parent ? parent->GetHypertext() : nullptr;
     assert(hypertext != nullptr && "file!=NULL");
     id = NodeID(hypertext);
-    content = std::make_unique<Content>();
     SetName(n);
     NodePosition(this).InitializePosition(parent, after, x, y);
-    const STime now = STime::Now();
-    SetTime("Created", now);
-    SetTime("Modified", now);
+    // Created and Modified hold the same instant: one shared date value.
+    Value* now = Value::ForDate(STime::Now());
+    Set("Modified", now->Clone());
+    Set("Created", now);
     SetDouble("Xpos", x);
     SetDouble("Ypos", y);
     SetID(GetID());
@@ -44,7 +46,8 @@ Node::Node(const std::string& n, Node* parent, Node* after, double x, double y) 
 
 Node::Node(const Node& source, unsigned char withLinks) {
     hypertext = source.hypertext;
-    content = std::make_unique<Content>(source.GetContent() ? *source.GetContent() : Content());
+    if (const Content* text = source.GetContent(); text && text != EmptyContent())
+        content = std::make_unique<Content>(*text);
     if (source.oldAdornments)
         oldAdornments = std::make_unique<NodeVector>(*source.oldAdornments);
     newlyCreated = source.newlyCreated;
@@ -65,9 +68,9 @@ Node::Node(const Node& source, unsigned char withLinks) {
     name = copyName;
     if (const Attribute* nameAttr = NameAttribute())
         Node::DoSet(nameAttr, Value::Create(copyName));
-    const STime now = STime::Now();
-    SetTime("Created", now);
-    SetTime("Modified", now);
+    Value* now = Value::ForDate(STime::Now());
+    Set("Modified", now->Clone());
+    Set("Created", now);
     (void)withLinks; // Links are recreated by the link layer when it copies notes.
     id = NodeID(hypertext);
     if (hypertext)
@@ -175,9 +178,18 @@ void Node::SetID(const NodeID& newID) {
         hypertext->AddNode(this);
 }
 
-Content* Node::GetContent() { return content.get(); }
+const Content* EmptyContent() {
+    static const Content* empty = new Content();
+    return empty;
+}
 
-const Content* Node::GetContent() const { return content.get(); }
+Content* Node::GetContent() {
+    if (!content)
+        content = std::make_unique<Content>();
+    return content.get();
+}
+
+const Content* Node::GetContent() const { return content ? content.get() : EmptyContent(); }
 
 // ------------------------------------------------------------ hide and show
 
@@ -332,14 +344,14 @@ bool Node::IsContainer() const { return GetOriginal()->Son() != nullptr; }
 // ----------------------------------------------------------------- writes
 
 const Attribute* Node::GetAttribute(const std::string& attributeName) const {
-    if (!hypertext)
+    if (!hypertext || attributeName.empty())
         return nullptr;
-    std::string n = attributeName;
-    if (!n.empty() && n[0] == '$')
-        n.erase(0, 1);
-    if (n.empty())
-        return nullptr;
-    return hypertext->AttributeStorage()->GetAttribute(n);
+    if (attributeName[0] == '$') {
+        if (attributeName.size() == 1)
+            return nullptr;
+        return hypertext->AttributeStorage()->GetAttribute(attributeName.substr(1));
+    }
+    return hypertext->AttributeStorage()->GetAttribute(attributeName);
 }
 
 void Node::Set(const Attribute* attribute, const Value* value) {
@@ -659,12 +671,14 @@ void Node::SetOldAdornments(const NodeVector& v) { oldAdornments = std::make_uni
 
 std::string Node::OutputWorkingString() const {
     StObjectLock guard(lock);
-    return outputWorkingString;
+    return outputWorkingString ? *outputWorkingString : std::string();
 }
 
 void Node::SetOutputWorkingString(const std::string& s) {
     StObjectLock guard(lock);
-    outputWorkingString = s;
+    if (!outputWorkingString)
+        outputWorkingString = std::make_unique<std::string>();
+    *outputWorkingString = s;
 }
 
 NotANode* NotANode::Get() {

@@ -61,7 +61,8 @@ public:
     virtual std::string Creator() const { return id.GetCreator(); }
     virtual const NodeID& GetID() const { return id; }
 
-    // The text store; null only on a note that was never given one.
+    // The text store, made on first write; a note without one reads as
+    // having empty text.
     virtual Content* GetContent();
     virtual const Content* GetContent() const;
 
@@ -221,7 +222,8 @@ protected:
     bool needsGeographicUpdate = false;
     bool needsToBeIndexed = false;
     bool inhibitSorting = false;
-    std::string outputWorkingString;
+    // Made on first use: most notes never write output.
+    std::unique_ptr<std::string> outputWorkingString;
 };
 
 // The one note that stands for "no note": every query answers safely.

@@ -363,7 +363,7 @@ bool NodeFacade::HasSubtitle() const { return Valid() && !node->GetString("Subti
 bool NodeFacade::IsUntitled() const {
     if (Invalid())
         return false;
-    const Content* content = node->GetContent();
+    const Content* content = static_cast<const Node*>(node)->GetContent();
     if (content && content->HasText())
         return false;
     std::string name = node->Name();

@@ -392,38 +392,42 @@ void NodeDeleter::Delete() const {
 
 // ------------------------------------------------------------------ NodeText
 
+namespace {
+// Reads never make a text store; writes do.
+const Content* Reading(Node* node) { return node ? static_cast<const Node*>(node)->GetContent() : nullptr; }
+} // namespace
+
 Content* NodeText::GetContent() const { return node ? node->GetContent() : nullptr; }
 
 std::string NodeText::GetText() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     return c ? c->GetText() : std::string();
 }
 
 void NodeText::SetText(const std::string& text) const {
-    Content* c = GetContent();
-    if (!c || c->GetText() == text)
+    if (!node || GetText() == text)
         return;
-    c->SetText(text);
+    GetContent()->SetText(text);
     node->Changed(4);
 }
 
 bool NodeText::HasText() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     return c && c->HasText();
 }
 
 long NodeText::TextSize() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     return c ? c->TextSize() : 0;
 }
 
 long NodeText::WordCount() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     return c ? c->WordCount() : 0;
 }
 
 long NodeText::EstimatedNoteSize() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     if (!c)
         return 0;
     return static_cast<long>(c->GetText().size() + c->GetRTF().size() + c->GetRTFD().size());
@@ -432,41 +436,42 @@ long NodeText::EstimatedNoteSize() const {
 long NodeText::ImageCount() const { return 0; }
 
 bool NodeText::HasRTF() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     return c && c->HasRTF();
 }
 
 std::string NodeText::GetRTF() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     return c ? c->GetRTF() : std::string();
 }
 
 void NodeText::SetRTF(const std::string& rtf) const {
-    if (Content* c = GetContent())
-        c->SetRTF(rtf);
+    if (!node || (rtf.empty() && !HasRTF()))
+        return;
+    GetContent()->SetRTF(rtf);
 }
 
 bool NodeText::HasRTFD() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     return c && c->HasRTFD();
 }
 
 std::string NodeText::GetRTFD() const {
-    Content* c = GetContent();
+    const Content* c = Reading(node);
     return c ? c->GetRTFD() : std::string();
 }
 
 void NodeText::SetRTFD(const std::string& rtfd) const {
-    if (Content* c = GetContent())
-        c->SetRTFD(rtfd);
+    if (!node || (rtfd.empty() && !HasRTFD()))
+        return;
+    GetContent()->SetRTFD(rtfd);
 }
 
 void NodeText::CopyContentFrom(const Node* source) const {
-    Content* mine = GetContent();
     const Content* theirs = source ? source->GetContent() : nullptr;
-    if (!mine || !theirs || mine == theirs)
+    if (!node || !theirs || Reading(node) == theirs)
         return;
-    *mine = *theirs;
+    *GetContent() = *theirs;
     node->Changed(4);
 }
 

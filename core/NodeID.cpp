@@ -1,6 +1,8 @@
 #include "NodeID.h"
 
 #include <chrono>
+#include <mutex>
+#include <unordered_set>
 
 #include "Hypertext.h"
 #include "RylSerial.h"
@@ -19,7 +21,14 @@ uint32_t& LastIDStorage() {
 
 } // namespace
 
-NodeID::NodeID(uint32_t i, std::string c) : id(i), creator(std::move(c)) {
+const std::string* NodeID::Intern(const std::string& name) {
+    static std::mutex mutex;
+    static std::unordered_set<std::string>* names = new std::unordered_set<std::string>();
+    std::lock_guard<std::mutex> guard(mutex);
+    return &*names->insert(name).first;
+}
+
+NodeID::NodeID(uint32_t i, std::string c) : id(i), creator(Intern(c)) {
     IDQueue().Sync([&] {
         uint32_t& lastID = LastIDStorage();
         if (lastID >= 0xFFFFFFF1u)
@@ -30,7 +39,7 @@ NodeID::NodeID(uint32_t i, std::string c) : id(i), creator(std::move(c)) {
 }
 
 NodeID::NodeID(const Hypertext* hypertext) {
-    creator = hypertext ? hypertext->CreatorName() : std::string("system");
+    creator = Intern(hypertext ? hypertext->CreatorName() : std::string("system"));
     MakeUnique(hypertext);
 }
 
@@ -51,9 +60,9 @@ int NodeID::Compare(const NodeID& other) const {
         return 1;
     if (other.id > id)
         return -1;
-    if (other.creator < creator)
+    if (*other.creator < *creator)
         return 1;
-    if (other.creator > creator)
+    if (*other.creator > *creator)
         return -1;
     return 0;
 }

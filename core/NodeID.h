@@ -19,11 +19,11 @@ public:
     virtual ~NodeID() = default;
 
     virtual uint32_t GetID() const { return id; }
-    virtual const std::string& GetCreator() const { return creator; }
+    virtual const std::string& GetCreator() const { return *creator; }
     virtual void MakeUnique(const Hypertext* hypertext);
-    virtual bool Equal(const NodeID& other) const { return Equal(other.id, other.creator); }
+    virtual bool Equal(const NodeID& other) const { return Equal(other.id, *other.creator); }
     virtual bool Equal(uint32_t otherID, const std::string& otherCreator) const {
-        return id == otherID && creator == otherCreator;
+        return id == otherID && *creator == otherCreator;
     }
     // Inverted sense: 1 when the other's id is below this one's.
     virtual int Compare(const NodeID& other) const;
@@ -34,6 +34,9 @@ public:
     static void SetLastID(uint32_t value);
 
 private:
+    // Creator names are few and repeated on every note: each is kept once.
+    static const std::string* Intern(const std::string& name);
+
     uint32_t id = 0;
-    std::string creator;
+    const std::string* creator = Intern("");
 };

@@ -39,6 +39,13 @@ Value* PropertyList::Put(const Attribute* attribute, Value* value) {
         it->second = value;
         return old;
     }
+    // Grow by half rather than doubling: notes hold few values and many notes
+    // exist, so slack capacity costs more than the occasional move.
+    if (entries.size() == entries.capacity()) {
+        size_t at = static_cast<size_t>(it - entries.begin());
+        entries.reserve(entries.size() + std::max<size_t>(4, entries.size() / 2));
+        it = entries.begin() + static_cast<std::ptrdiff_t>(at);
+    }
     entries.insert(it, Entry(attribute, value));
     return nullptr;
 }
