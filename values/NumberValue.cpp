@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <cmath>
 #include <limits>
 #include <sstream>
@@ -153,13 +154,14 @@ int UnsignedValue::compare(const Value* other) const {
 
 DoubleValue::DoubleValue(double number) : value(number) {}
 
-DoubleValue::DoubleValue(const std::string& tagged) : value(ReadTagged<double>(tagged)), cachedText(tagged) {}
+DoubleValue::DoubleValue(const std::string& tagged)
+    : value(ReadTagged<double>(tagged)), taggedText(std::make_unique<const std::string>(tagged)) {}
 
 std::string DoubleValue::Format(double number) {
-    std::ostringstream out;
-    out.precision(10);
-    out << number;
-    return out.str();
+    // The default stream notation at precision 10 is printf's %.10g.
+    char buffer[64];
+    int n = std::snprintf(buffer, sizeof buffer, "%.10g", number);
+    return std::string(buffer, n > 0 ? static_cast<size_t>(n) : 0);
 }
 
 Value* DoubleValue::Clone() const {
@@ -167,9 +169,7 @@ Value* DoubleValue::Clone() const {
 }
 
 std::string DoubleValue::AsString() const {
-    std::lock_guard<std::mutex> hold(lock);
-    if (cachedText.empty()) cachedText = Format(value);
-    return cachedText;
+    return taggedText ? *taggedText : Format(value);
 }
 
 std::string DoubleValue::AsXML() const {

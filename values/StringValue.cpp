@@ -21,11 +21,11 @@ StringValue::StringValue(const std::string& t) : text(t) {}
 
 StringValue::~StringValue() {
     guard = kGuardDestroying;
-    if (ownsAction && action) {
+    if (actions && actions->ownsAction && actions->action) {
         // A compiled action may still be running elsewhere: it goes back to
         // its document's pool instead of being destroyed here.
-        Action* compiled = action;
-        Hypertext* document = actionDocument;
+        Action* compiled = actions->action;
+        Hypertext* document = actions->actionDocument;
         Value::Queue().Sync([&] {
             const ValueHooks& hooks = GetValueHooks();
             if (hooks.recycleAction) hooks.recycleAction(document, compiled);
@@ -42,11 +42,9 @@ Value* StringValue::CreateFor(const std::string& text) {
 }
 
 Value* StringValue::Clone() const {
-    StringValue* clone = new StringValue(text);
-    Value::Queue().Sync([&] { clone->action = action; });
-    // The clone does not own the action: it must not hand it back.
-    clone->ownsAction = false;
-    return clone;
+    // The clone compiles its own action when asked: it never shares one that
+    // its source may hand back.
+    return new StringValue(text);
 }
 
 std::string StringValue::AsString() const {
@@ -77,15 +75,16 @@ bool StringValue::AsBoolean() const {
 
 Action* StringValue::AsAgentAction(Hypertext* document) const {
     return Value::Queue().Sync([&]() -> Action* {
-        if (ownsAction && action) return action;
+        if (actions && actions->ownsAction && actions->action) return actions->action;
         const ValueHooks& hooks = GetValueHooks();
         if (!hooks.createAction) return nullptr;
-        actionDocument = document;
+        if (!actions) actions = std::make_unique<ActionCache>();
+        actions->actionDocument = document;
         try {
             Action* compiled = hooks.createAction(text);
             if (compiled) {
-                action = compiled;
-                ownsAction = true;
+                actions->action = compiled;
+                actions->ownsAction = true;
             }
             return compiled;
         } catch (...) {
@@ -97,14 +96,15 @@ Action* StringValue::AsAgentAction(Hypertext* document) const {
 std::string StringValue::EvaluateFor(const Node* note) const {
     const ValueHooks& hooks = GetValueHooks();
     std::shared_ptr<void> parsed = Value::Queue().Sync([&]() -> std::shared_ptr<void> {
-        if (!parsedAction && hooks.parseAction) {
+        if (!actions) actions = std::make_unique<ActionCache>();
+        if (!actions->parsedAction && hooks.parseAction) {
             try {
-                parsedAction = hooks.parseAction(text);
+                actions->parsedAction = hooks.parseAction(text);
             } catch (...) {
-                parsedAction.reset();
+                actions->parsedAction.reset();
             }
         }
-        return parsedAction;
+        return actions->parsedAction;
     });
     if (!parsed || !hooks.evaluateAction) return "";
     try {

@@ -166,16 +166,16 @@ public:
 
 protected:
     std::string text;
-    // Reserved number cache; it has no effect on behaviour.
-    mutable double cachedNumber = 0.0;
-    mutable bool hasCachedNumber = false;
-    mutable PColor cachedColor;
-    // The compiled action, whether this value must hand it back, and to whom.
-    mutable Action* action = nullptr;
-    mutable bool ownsAction = false;
-    mutable Hypertext* actionDocument = nullptr;
-    // The parsed action for EvaluateFor.
-    mutable std::shared_ptr<void> parsedAction;
+    // The compiled action (with whether this value must hand it back, and to
+    // which document) and the parsed action for EvaluateFor. Most strings are
+    // never run as code, so this is made on first use.
+    struct ActionCache {
+        Action* action = nullptr;
+        bool ownsAction = false;
+        Hypertext* actionDocument = nullptr;
+        std::shared_ptr<void> parsedAction;
+    };
+    mutable std::unique_ptr<ActionCache> actions;
 };
 
 // A shared string: Clone returns itself and Delete does nothing.
@@ -302,8 +302,9 @@ public:
 
 private:
     double value = 0.0;
-    mutable std::mutex lock;
-    mutable std::string cachedText;
+    // The whole tagged text of a value read from "Double[ x ]", which
+    // AsString answers; absent for plain numbers, whose text is formatted.
+    std::unique_ptr<const std::string> taggedText;
 };
 
 // ---------------------------------------------------------------- others
