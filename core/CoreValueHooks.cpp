@@ -2,6 +2,7 @@
 // deletion. Installed once, when the first document is made.
 #include <mutex>
 
+#include "DateTranslator.h"
 #include "Hypertext.h"
 #include "NodeFacade.h"
 #include "Value.h"
@@ -34,5 +35,9 @@ void InstallCoreValueHooks() {
         hooks.deleteValueForNote = [](const Node* note, const Value* value) {
             HypertextFacade(note ? note->GetHypertext() : nullptr).DeleteValue(value);
         };
+        // Date text such as "$DueDate+1 day" reads the note's attribute.
+        DateTranslatorHooks::SetAttributeReader([](Node* note, const std::string& name) {
+            return note ? note->GetString(name) : std::string();
+        });
     });
 }

@@ -207,3 +207,10 @@ TEST(Attributes, NeedToWriteDropsWhatWouldBeInherited) {
     EXPECT_FALSE(needs(n, "ID"));     // carried by the note's element
     EXPECT_TRUE(needs(n, "Created")); // dates always
 }
+
+TEST(Attributes, DateTextMayReferToAnotherAttributeOfTheNote) {
+    Hypertext doc;
+    Node* n = MakeNote(doc, "n");
+    n->Set("StartDate", "2026-03-01T10:00:00Z");
+    EXPECT_EQ(STime::For("$StartDate+1 day", n).ISO8601DateString(), "2026-03-02T10:00:00Z");
+}
