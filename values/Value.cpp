@@ -1,3 +1,4 @@
+#include <cctype>
 #include "Value.h"
 
 #include <sstream>
@@ -154,10 +155,21 @@ RylSerial& Value::Queue() {
 
 // ---------------------------------------------------------------- factories
 
+namespace {
+
+// The first blank-delimited word, as a stream read with `>>` finds it.
+std::string FirstWord(const std::string& text) {
+    size_t start = 0;
+    while (start < text.size() && std::isspace(static_cast<unsigned char>(text[start]))) ++start;
+    size_t end = start;
+    while (end < text.size() && !std::isspace(static_cast<unsigned char>(text[end]))) ++end;
+    return text.substr(start, end - start);
+}
+
+}  // namespace
+
 int Value::OldTypeTag(const std::string& text) {
-    std::istringstream in(text);
-    std::string word;
-    in >> word;
+    std::string word = FirstWord(text);
     if (word == "Date[") return AttributeType::kDate;
     if (word == "Color[") return AttributeType::kColor;
     if (word == "Double[" || word == "Long[") return AttributeType::kNumber;
@@ -165,9 +177,10 @@ int Value::OldTypeTag(const std::string& text) {
 }
 
 Value* Value::Create(const std::string& text) {
-    std::istringstream in(text);
-    std::string word;
-    in >> word;
+    // Only a first word ending in "[" can be a legacy tag; most texts are
+    // plain strings and need no word split.
+    if (text.find('[') == std::string::npos) return StringValue::CreateFor(text);
+    std::string word = FirstWord(text);
     if (!word.empty() && word.back() == '[') {
         if (word == "Rect[") return new RectValue(text);
         if (word == "Date[") return ForDate(text);
