@@ -1,6 +1,7 @@
 #include "Attribute.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "Hypertext.h"
 #include "Log.h"
@@ -12,9 +13,16 @@
 
 // ---------------------------------------------------------------- Attribute
 
+namespace {
+uint64_t NextSummaryBit() {
+    static std::atomic<unsigned> next{0};
+    return uint64_t{1} << (next++ % 64);
+}
+} // namespace
+
 Attribute::Attribute(const std::string& n, int t, bool e)
     : AttributeType(kNone), cloneQueue("com.morvent.rylvane.attributeClone." + n), name(n), attributeType(t),
-      editable(e) {}
+      editable(e), summaryBit(NextSummaryBit()) {}
 
 std::string Attribute::NameOfType(int code) {
     static const char* const names[] = {"string", "color", "number", "file",   "Boolean", "date",    "unsigned",

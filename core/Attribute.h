@@ -3,6 +3,7 @@
 // document (name, type, default, flags, place in the category tree); it exists
 // once per document. Notes store only the values that differ from what they
 // would otherwise get, in their PropertyList.
+#include <cstdint>
 #include <string>
 
 #include "ArgList.h"
@@ -94,6 +95,10 @@ public:
     virtual void Changes(unsigned long mask) { changeFacets = mask; }
     virtual void AlsoChanges(unsigned long mask) { changeFacets |= mask; }
     virtual bool CanInherit() const { return canInherit != 0; }
+    bool CanInheritFast() const { return canInherit != 0; }
+    // A bit that stands for this attribute in a note's summary of the values
+    // it holds (several attributes share each bit).
+    uint64_t SummaryBit() const { return summaryBit; }
     virtual void CanInherit(bool c) { canInherit = c ? 1 : 0; }
     // Tells a note that this attribute's value changed.
     virtual void Changed(Node* note) const;
@@ -125,6 +130,7 @@ protected:
     unsigned char canInherit = 1;
     unsigned long changeFacets = 0;
     ArgList suggestedValues;
+    uint64_t summaryBit;
 };
 
 // A value stored in notes: the general case.

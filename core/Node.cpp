@@ -1,6 +1,7 @@
 #include "Node.h"
 
 #include <cassert>
+#include <unordered_set>
 
 #include "Attribute.h"
 #include "Change.h"
@@ -590,15 +591,47 @@ PColor Node::GetColor(const std::string& n) const {
     return HypertextFacade(hypertext).TranslateColor(text);
 }
 
-const Value* Node::DoGetImmediate(const Attribute* attribute) const {
-    StObjectLock guard(lock);
-    return properties.Get(attribute);
-}
+// The note's lock guards writes (DoSet) and the cloning reads that other
+// threads use (CreateClonedValue); a borrowed read is made on the thread that
+// owns the tree and takes no lock.
+const Value* Node::DoGetImmediate(const Attribute* attribute) const { return properties.Get(attribute); }
 
 const Value* Node::DoGet(const Attribute* attribute) const {
     if (const Value* own = DoGetImmediate(attribute))
         return own;
-    return NodeInheritance(const_cast<Node*>(this)).InheritFromPrototype(attribute);
+    return InheritedValue(attribute);
+}
+
+namespace {
+// A prototype is always an original note, so its own cache answers.
+inline Node* PrototypeOf(const Node* n, PrototypeCache* cache) { return cache ? cache->GetNode() : nullptr; }
+} // namespace
+
+const Value* Node::InheritedValue(const Attribute* attribute) const {
+    // An invalid attribute is never stored, so the walk would find nothing.
+    if (!attribute || !attribute->CanInheritFast())
+        return nullptr;
+    const Node* current = this;
+    const Node* p = GetPrototype();
+    // In a loop every note of the loop is visited before the first repeat,
+    // so the answer is the same whether a repeat is caught at once or later:
+    // short chains walk without bookkeeping, long ones keep a set.
+    constexpr int kUnguardedSteps = 32;
+    int steps = 0;
+    std::unique_ptr<std::unordered_set<const Node*>> seen;
+    while (p && p != current) {
+        if (++steps > kUnguardedSteps) {
+            if (!seen)
+                seen = std::make_unique<std::unordered_set<const Node*>>();
+            if (!seen->insert(p).second)
+                return nullptr;
+        }
+        if (const Value* v = p->properties.Get(attribute))
+            return v;
+        current = p;
+        p = PrototypeOf(p, p->prototypeCache.get());
+    }
+    return nullptr;
 }
 
 void Node::CloneValue(const std::string& n, const Node* source) {

@@ -127,6 +127,9 @@ public:
     virtual const Value* DoGet(const Attribute* attribute) const;
     // Only the note's own value.
     const Value* DoGetImmediate(const Attribute* attribute) const;
+    // The first own value along the prototype chain, or null; a loop in the
+    // chain ends the walk.
+    const Value* InheritedValue(const Attribute* attribute) const;
     virtual void DoSet(const Attribute* attribute, const Value* value);
     virtual void Remove(const Attribute* attribute);
     virtual void Remove(const std::string& name);

@@ -17,28 +17,33 @@ bool Before(const PropertyList::Entry& e, const Attribute* a) {
 
 PropertyList::~PropertyList() { DeleteValues(); }
 
+// Lookups compare pointers in a straight scan: a note holds few values, and
+// a scan of pointers is cheaper than a binary search that compares names.
+// Insertion keeps the name order that files are written in.
 std::vector<PropertyList::Entry>::iterator PropertyList::Find(const Attribute* attribute) {
-    auto it = std::lower_bound(entries.begin(), entries.end(), attribute, Before);
-    return (it != entries.end() && it->first == attribute) ? it : entries.end();
+    return std::find_if(entries.begin(), entries.end(), [attribute](const Entry& e) { return e.first == attribute; });
 }
 
 std::vector<PropertyList::Entry>::const_iterator PropertyList::Find(const Attribute* attribute) const {
-    auto it = std::lower_bound(entries.begin(), entries.end(), attribute, Before);
-    return (it != entries.end() && it->first == attribute) ? it : entries.end();
+    return std::find_if(entries.begin(), entries.end(), [attribute](const Entry& e) { return e.first == attribute; });
 }
 
-const Value* PropertyList::Get(const Attribute* attribute) const {
-    auto it = Find(attribute);
-    return it == entries.end() ? nullptr : it->second;
+uint64_t PropertyList::BitOf(const Attribute* attribute) { return attribute ? attribute->SummaryBit() : 0; }
+
+void PropertyList::Resummarize() {
+    summary = 0;
+    for (const Entry& e : entries)
+        summary |= BitOf(e.first);
 }
 
 Value* PropertyList::Put(const Attribute* attribute, Value* value) {
-    auto it = std::lower_bound(entries.begin(), entries.end(), attribute, Before);
-    if (it != entries.end() && it->first == attribute) {
-        Value* old = it->second;
-        it->second = value;
+    auto found = Find(attribute);
+    if (found != entries.end()) {
+        Value* old = found->second;
+        found->second = value;
         return old;
     }
+    auto it = std::lower_bound(entries.begin(), entries.end(), attribute, Before);
     // Grow by half rather than doubling: notes hold few values and many notes
     // exist, so slack capacity costs more than the occasional move.
     if (entries.size() == entries.capacity()) {
@@ -47,6 +52,7 @@ Value* PropertyList::Put(const Attribute* attribute, Value* value) {
         it = entries.begin() + static_cast<std::ptrdiff_t>(at);
     }
     entries.insert(it, Entry(attribute, value));
+    summary |= BitOf(attribute);
     return nullptr;
 }
 
@@ -56,6 +62,7 @@ Value* PropertyList::Take(const Attribute* attribute) {
         return nullptr;
     Value* v = it->second;
     entries.erase(it);
+    Resummarize();
     return v;
 }
 
@@ -69,6 +76,7 @@ void PropertyList::DeleteValues() {
         if (e.second)
             e.second->Delete();
     entries.clear();
+    summary = 0;
 }
 
 void PropertyList::CloneFrom(const PropertyList& other) {
@@ -76,6 +84,7 @@ void PropertyList::CloneFrom(const PropertyList& other) {
     entries.reserve(other.entries.size());
     for (const auto& e : other.entries)
         entries.emplace_back(e.first, e.second ? e.second->Clone() : nullptr);
+    summary = other.summary;
 }
 
 void PropertyList::CopyAttributesTo(Node* node) const {

@@ -4,6 +4,7 @@
 //
 // Kept as a sorted vector: notes hold few local values, and a vector costs a
 // fraction of a tree map per note.
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,7 +23,16 @@ public:
     PropertyList& operator=(const PropertyList&) = delete;
     ~PropertyList();
 
-    const Value* Get(const Attribute* attribute) const;
+    const Value* Get(const Attribute* attribute) const {
+        // Most misses are answered by the summary without a scan: reads
+        // through prototype chains miss on every note but the last.
+        if (!(summary & BitOf(attribute)))
+            return nullptr;
+        for (const Entry& e : entries)
+            if (e.first == attribute)
+                return e.second;
+        return nullptr;
+    }
     bool Has(const Attribute* attribute) const { return Get(attribute) != nullptr; }
     // Stores the value (owned from now on) and answers the one it replaced,
     // which the caller disposes of; null when there was none.
@@ -43,7 +53,11 @@ public:
     std::vector<Entry>::const_iterator end() const { return entries.end(); }
 
 private:
+    static uint64_t BitOf(const Attribute* attribute);
+    void Resummarize();
     std::vector<Entry>::iterator Find(const Attribute* attribute);
     std::vector<Entry>::const_iterator Find(const Attribute* attribute) const;
     std::vector<Entry> entries;
+    // One bit per group of attributes that have a value here.
+    uint64_t summary = 0;
 };

@@ -170,28 +170,9 @@ void NodeInheritance::CloneDescendants(const Node* source, Node* target) const {
 }
 
 const Value* NodeInheritance::InheritFromPrototype(const Attribute* attribute) const {
-    if (!node || !attribute || !attribute->IsValid() || !attribute->CanInherit())
+    if (!node || !attribute || !attribute->CanInherit())
         return nullptr;
-    const Node* current = node;
-    Node* p = current->GetPrototype();
-    // Chains are short; a small vector beats a hash set for the loop guard.
-    const Node* seen[16];
-    size_t seenCount = 0;
-    std::unordered_set<const Node*> more;
-    while (p && p != current) {
-        bool repeated = std::find(seen, seen + seenCount, p) != seen + seenCount || more.count(p);
-        if (repeated)
-            return nullptr;
-        if (seenCount < 16)
-            seen[seenCount++] = p;
-        else
-            more.insert(p);
-        if (const Value* v = p->DoGetImmediate(attribute))
-            return v;
-        current = p;
-        p = current->GetPrototype();
-    }
-    return nullptr;
+    return node->InheritedValue(attribute);
 }
 
 const Value* NodeInheritance::InheritFromPrototype(const std::string& name) const {

@@ -214,3 +214,31 @@ TEST(Attributes, DateTextMayReferToAnotherAttributeOfTheNote) {
     n->Set("StartDate", "2026-03-01T10:00:00Z");
     EXPECT_EQ(STime::For("$StartDate+1 day", n).ISO8601DateString(), "2026-03-02T10:00:00Z");
 }
+
+TEST(Attributes, ManyLocalValuesStayFindableAfterRemovals) {
+    // More attributes than summary bits: several share a bit, and removing
+    // one must not hide another.
+    Hypertext doc;
+    Props* props = doc.AttributeStorage();
+    std::vector<Attribute*> attrs;
+    for (int i = 0; i < 150; ++i)
+        attrs.push_back(props->CreateBasicAttribute("Extra" + std::to_string(i), "User", true, AttributeType::kString));
+    Node* n = MakeNote(doc, "n");
+    for (int i = 0; i < 150; ++i)
+        n->Set(attrs[i], Value::Create("v" + std::to_string(i)));
+    for (int i = 0; i < 150; i += 3)
+        n->Remove(attrs[i]);
+    for (int i = 0; i < 150; ++i) {
+        const Value* v = n->DoGetImmediate(attrs[i]);
+        if (i % 3 == 0)
+            EXPECT_EQ(v, nullptr) << i;
+        else
+            ASSERT_NE(v, nullptr) << i;
+    }
+    // Local values are kept in name order, which files are written in.
+    std::string previous;
+    for (const auto& [attribute, value] : n->Properties()) {
+        EXPECT_LT(previous, attribute->Name());
+        previous = attribute->Name();
+    }
+}
