@@ -311,11 +311,6 @@ const Value* ShadowAttribute::GetDefaultValue(const Node* note) const {
 
 // --------------------------------------------------------- ReadOnlyAttribute
 
-ReadOnlyAttribute::~ReadOnlyAttribute() {
-    if (cached)
-        cached->Delete();
-}
-
 void ReadOnlyAttribute::Set(Node* note, const Value* value) {
     LogLine("Writing to a read only attribute <" + Name() + "> for node [" + (note ? note->Name() : "") + "]");
     if (value)
@@ -333,7 +328,12 @@ RylSerial& AttributeWorkQueue() {
 }
 } // namespace
 
-const Value* ReadOnlyAttribute::Keep(const Node* note, Value* fresh) const {
+ComputedValueSlot::~ComputedValueSlot() {
+    if (cached)
+        cached->Delete();
+}
+
+const Value* ComputedValueSlot::Keep(const Node* note, Value* fresh) const {
     return AttributeWorkQueue().Sync([&]() -> const Value* {
         if (cached)
             HypertextFacade(note ? note->GetHypertext() : nullptr).DeleteValue(cached);
@@ -342,7 +342,7 @@ const Value* ReadOnlyAttribute::Keep(const Node* note, Value* fresh) const {
     });
 }
 
-const Value* ReadOnlyAttribute::KeepString(const Node* note, const std::string& text) const {
+const Value* ComputedValueSlot::KeepText(const Node* note, const std::string& text) const {
     return AttributeWorkQueue().Sync([&]() -> const Value* {
         if (cached && cached->AsString() == text)
             return cached;
@@ -350,16 +350,17 @@ const Value* ReadOnlyAttribute::KeepString(const Node* note, const std::string& 
     });
 }
 
-// ----------------------------------------------------------- CachedAttribute
-
-const Value* CachedAttribute::ValueFor(const Node* note) const {
-    long n = DoGetValue(note);
+const Value* ComputedValueSlot::KeepInteger(const Node* note, long n) const {
     return AttributeWorkQueue().Sync([&]() -> const Value* {
         if (cached && cached->AsLong() == n && cached->AsString() == std::to_string(n))
             return cached;
         return Keep(note, Value::ForInt(static_cast<int>(n)));
     });
 }
+
+// ----------------------------------------------------------- CachedAttribute
+
+const Value* CachedAttribute::ValueFor(const Node* note) const { return slot.KeepInteger(note, DoGetValue(note)); }
 
 // ------------------------------------------------------- PreferenceAttribute
 

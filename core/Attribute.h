@@ -194,19 +194,35 @@ private:
     mutable Value* falseValue = nullptr;
 };
 
+// Keeps alive the one value a computed read last answered: the reader
+// borrows it until the next read of the same attribute replaces it. Replaced
+// values go to the document's deferred deletion.
+class ComputedValueSlot {
+public:
+    ComputedValueSlot() = default;
+    ComputedValueSlot(const ComputedValueSlot&) = delete;
+    ComputedValueSlot& operator=(const ComputedValueSlot&) = delete;
+    ~ComputedValueSlot();
+    // Replaces the kept value with `fresh`.
+    const Value* Keep(const Node* note, Value* fresh) const;
+    // Reuses the kept value when its text is unchanged.
+    const Value* KeepText(const Node* note, const std::string& text) const;
+    // Reuses the kept value when it is the integer `n`.
+    const Value* KeepInteger(const Node* note, long n) const;
+
+private:
+    mutable Value* cached = nullptr;
+};
+
 class ReadOnlyAttribute : public BasicAttribute {
 public:
     using BasicAttribute::BasicAttribute;
-    ~ReadOnlyAttribute() override;
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
 
 protected:
-    // Replaces the one borrowed computed value kept alive by this attribute.
-    const Value* Keep(const Node* note, Value* fresh) const;
-    // Reuses the kept string value when its text is unchanged.
-    const Value* KeepString(const Node* note, const std::string& text) const;
-    mutable Value* cached = nullptr;
+    const Value* KeepString(const Node* note, const std::string& text) const { return slot.KeepText(note, text); }
+    ComputedValueSlot slot;
 };
 
 // An integer computed from the note.

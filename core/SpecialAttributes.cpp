@@ -13,23 +13,6 @@
 
 namespace {
 
-RylSerial& WorkQueue() {
-    static RylSerial queue("com.morvent.rylvane.AttributeWorkQueue");
-    return queue;
-}
-
-// Keeps `text` alive in `slot` as the borrowed answer of a computed read; the
-// value it replaces goes to the document's deferred deletion.
-const Value* KeepText(Value*& slot, const Node* note, const std::string& text) {
-    return WorkQueue().Sync([&]() -> const Value* {
-        if (slot && slot->AsString() == text)
-            return slot;
-        if (slot)
-            HypertextFacade(note ? note->GetHypertext() : nullptr).DeleteValue(slot);
-        slot = Value::Create(text);
-        return slot;
-    });
-}
 
 const Value* SharedBoolean(bool b) {
     static const Value* yes = Value::ForBoolean(true);
@@ -79,13 +62,8 @@ void NameAttribute::Remove(Node* note) {
 
 // ------------------------------------------------------------------- Text
 
-TextAttribute::~TextAttribute() {
-    if (cached)
-        cached->Delete();
-}
-
 const Value* TextAttribute::ValueFor(const Node* note) const {
-    return KeepText(cached, note, NodeText(note).GetText());
+    return slot.KeepText(note, NodeText(note).GetText());
 }
 
 void TextAttribute::Set(Node* note, const Value* value) {
@@ -175,14 +153,9 @@ const Value* TimelineScaleColor2Attribute::ValueFor(const Node* note) const {
 
 // -------------------------------------------------------------- Prototype
 
-PrototypeAttribute::~PrototypeAttribute() {
-    if (cached)
-        cached->Delete();
-}
-
 const Value* PrototypeAttribute::ValueFor(const Node* note) const {
     const Node* prototype = note ? note->GetOriginal()->GetPrototype() : nullptr;
-    return KeepText(cached, note, prototype ? prototype->Name() : std::string());
+    return slot.KeepText(note, prototype ? prototype->Name() : std::string());
 }
 
 const Value* PrototypeAttribute::ImmediateValue(const Node* note) const {
@@ -218,11 +191,6 @@ void PrototypeAttribute::Remove(Node* note) {
 
 // ---------------------------------------------------------------- Aliases
 
-AliasesAttribute::~AliasesAttribute() {
-    if (cached)
-        cached->Delete();
-}
-
 const Value* AliasesAttribute::ValueFor(const Node* note) const {
     std::string paths;
     if (note)
@@ -231,20 +199,15 @@ const Value* AliasesAttribute::ValueFor(const Node* note) const {
                 paths += ';';
             paths += NodeFacade(alias).HTPath();
         }
-    return KeepText(cached, note, paths);
+    return slot.KeepText(note, paths);
 }
 
 // ----------------------------------------------------------------- Parent
 
-ParentAttribute::~ParentAttribute() {
-    if (cached)
-        cached->Delete();
-}
-
 const Value* ParentAttribute::ValueFor(const Node* note) const {
     Node* father = note ? note->Father() : nullptr;
     std::string path = NodeFacade(father).Valid() ? NodeFacade(father).HTPath() : std::string();
-    return KeepText(cached, note, path);
+    return slot.KeepText(note, path);
 }
 
 const Value* ParentAttribute::ImmediateValue(const Node* note) const { return ValueFor(note); }

@@ -24,13 +24,12 @@ public:
 class TextAttribute : public BasicAttribute {
 public:
     TextAttribute(const std::string& name) : BasicAttribute(name, kString, true) {}
-    ~TextAttribute() override;
     const Value* ValueFor(const Node* note) const override;
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
 
 private:
-    mutable Value* cached = nullptr;
+    ComputedValueSlot slot;
 };
 
 // The note's path from the root: "/a/b".
@@ -101,39 +100,36 @@ private:
 class PrototypeAttribute : public BasicAttribute {
 public:
     PrototypeAttribute(const std::string& name) : BasicAttribute(name, kString, true) {}
-    ~PrototypeAttribute() override;
     const Value* ValueFor(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override;
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
 
 private:
-    mutable Value* cached = nullptr;
+    ComputedValueSlot slot;
 };
 
 // The paths of the original's aliases.
 class AliasesAttribute : public BasicAttribute {
 public:
     AliasesAttribute(const std::string& name) : BasicAttribute(name, kList, true) {}
-    ~AliasesAttribute() override;
     const Value* ValueFor(const Node* note) const override;
 
 private:
-    mutable Value* cached = nullptr;
+    ComputedValueSlot slot;
 };
 
 // The path of the note's father; writing it moves the note.
 class ParentAttribute : public BasicAttribute {
 public:
     ParentAttribute(const std::string& name) : BasicAttribute(name, kString, true) {}
-    ~ParentAttribute() override;
     const Value* ValueFor(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override;
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
 
 private:
-    mutable Value* cached = nullptr;
+    ComputedValueSlot slot;
 };
 
 // Computed counts.
