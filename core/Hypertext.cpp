@@ -26,6 +26,9 @@ void Hypertext::Construct(bool skipProperties) {
     if (!skipProperties)
         InitializeProperties();
     root = Node::Create(this);
+    // The root is a note like the others: it has an id and is found by it.
+    root->SetID(root->GetID());
+    AddNode(root);
 }
 
 Hypertext::~Hypertext() {
