@@ -50,7 +50,7 @@ public:
     static void SkipComment(Parser& parser);
 
     // How deep parses may nest before the parser gives up.
-    static constexpr int kMaxNesting = 200;
+    static constexpr int kMaxNesting = 100;
     static const char* const kTooDeepMessage;
 
 private:

@@ -451,8 +451,35 @@ ElementMap BuildElementMap() {
     return map;
 }
 
+// Parser::TrimParens(text). A parenthesised token as the tokenizer makes it,
+// without quotes, is balanced up to its last character; for such text
+// TrimParens answers the text between the outer parentheses, and that is
+// taken directly. Parentheses nested a hundred deep would otherwise be
+// read by a ParenParser twice on every level.
+std::string InnerOfParentheses(const std::string& text) {
+    int depth = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        char c = text[i];
+        if (c == '"' || c == '\'')
+            return Parser::TrimParens(text);
+        if (c == '\\') {
+            ++i;
+        } else if (c == '(') {
+            ++depth;
+        } else if (c == ')' && --depth == 0) {
+            if (i + 1 != text.size())
+                break;
+            return text.substr(1, text.size() - 2);
+        }
+    }
+    return Parser::TrimParens(text);
+}
+
 const ExpressionElement* FindNamedElement(const std::string& text) {
     static const ElementMap map = BuildElementMap();
+    // No spelling is this long; spare long tokens the hashing.
+    if (text.size() > 32)
+        return nullptr;
     auto found = map.find(text);
     return found == map.end() ? nullptr : found->second.get();
 }
@@ -478,7 +505,7 @@ std::unique_ptr<ExpressionElement> ExpressionElement::Create(const std::string& 
         case '\'':
             return std::make_unique<StringElement>(Parser::TrimQuotes(text), text[0]);
         case '(':
-            return std::make_unique<ParentheticalElement>(Parser::TrimParens(text));
+            return std::make_unique<ParentheticalElement>(InnerOfParentheses(text));
         case '[':
             return std::make_unique<BracketElement>(Parser::TrimBrackets(text));
         default:
@@ -558,7 +585,7 @@ AAValuePtr UnaryFunction::Arguments(AgentActionExpressionParser& parser) {
 AAValuePtr UnaryFunction::Arguments(AgentActionExpressionParser& parser, bool caseSensitive) {
     if (!parser.NextCharIs('('))
         return ParseText("", caseSensitive);
-    return ParseText(Parser::TrimParens(parser.Token()), caseSensitive);
+    return ParseText(InnerOfParentheses(parser.Token()), caseSensitive);
 }
 
 AAValuePtr UnaryFunction::DesignatorAndArguments(AgentActionExpressionParser& parser,

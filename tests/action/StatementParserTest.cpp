@@ -159,7 +159,7 @@ TEST(StatementParser, CommentsCostTheCharacterBehindThem) {
 }
 
 TEST(StatementParser, DeepNestingEndsWithoutOverflow) {
-    const int levels = 2000;
+    const int levels = 1000;
     std::string code;
     for (int i = 0; i < levels; ++i)
         code += "if(1){";
