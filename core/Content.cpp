@@ -86,3 +86,15 @@ std::string Content::GetRTFD() const {
 void Content::SetRTFD(const std::string& r) {
     ContentQueue().Sync([&] { rtfd = r; });
 }
+
+void Content::SetText(std::string&& t) {
+    ContentQueue().Sync([&] { text = std::move(t); });
+}
+
+void Content::SetRTF(std::string&& r) {
+    ContentQueue().Sync([&] { rtf = std::move(r); });
+}
+
+void Content::SetRTFD(std::string&& r) {
+    ContentQueue().Sync([&] { rtfd = std::move(r); });
+}

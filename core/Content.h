@@ -3,6 +3,10 @@
 // pictures). All access goes through one process-wide serial queue.
 #include <string>
 
+#include "StyledText.h"
+
+class Node;
+
 class Content {
 public:
     Content() = default;
@@ -23,6 +27,29 @@ public:
     bool HasRTFD() const;
     std::string GetRTFD() const;
     void SetRTFD(const std::string& rtfd);
+    // The same, taking the text over without a copy (for readers).
+    void SetText(std::string&& text);
+    void SetRTF(std::string&& rtf);
+    void SetRTFD(std::string&& rtfd);
+
+    // The styled text: from the RTFD data when there is some, else from the
+    // RTF, else the plain text. Plain runs stand for the note's own style.
+    StyledText GetAttributedString(const Node* node = nullptr) const;
+    // Stores styled text in the three forms: the plain text always, RTF when
+    // it has styles or pictures, RTFD when it has pictures.
+    void SetAttributedString(const StyledText& styled);
+    // The style the note's text is shown in where it says nothing itself:
+    // its TextFont, TextFontSize and TextColor.
+    static TextStyle StandardStyleFor(const Node* node);
+    static std::string InitialFont() { return "Helvetica"; }
+    int CountPictures() const;
+    // The bytes of the n-th picture, "" when there is none.
+    std::string GetPicture(int n) const;
+    // The position of the n-th picture in the text, or -1.
+    int GetPicturePosition(int n) const;
+    // The alignment of the first paragraph.
+    TextAlignment Justification() const;
+    void SetJustification(TextAlignment alignment);
 
 private:
     std::string text;

@@ -1,5 +1,10 @@
 #include "Hypertext.h"
 
+#include "Colors.h"
+#include "Link.h"
+#include "LinkManager.h"
+#include "LinkType.h"
+
 #include "Attribute.h"
 #include "Change.h"
 #include "Node.h"
@@ -23,6 +28,9 @@ void Hypertext::Construct(bool skipProperties) {
     preferences = std::make_shared<Prefs>(Prefs::Defaults());
     attributeStorage = std::make_shared<Props>();
     valuePool = std::make_unique<ValueRecyclingPool>();
+    links = std::make_shared<LinkManager>(this);
+    linkTypes = std::make_shared<LinkTypes>();
+    colors = std::make_shared<Colors>();
     if (!skipProperties)
         InitializeProperties();
     root = Node::Create(this);
@@ -42,6 +50,8 @@ Hypertext::~Hypertext() {
     compositeQueue.reset();
     importQueue.reset();
     index->Cancel();
+    // All links go at once, rather than note by note as the tree falls.
+    links->Clear();
     Node* r = root;
     root = nullptr;
     delete r;
@@ -99,7 +109,50 @@ void Hypertext::IsBeingHidden(Node* node, bool hiding) {
 void Hypertext::DidDelete(Node* node) {
     changes->Forget(node);
     hiddenNodes.erase(node);
+    if (links && !closing)
+        links->RemoveLinks(links->ListLinks(node, true));
 }
+
+void Hypertext::AddLink(Link* link) {
+    if (links)
+        links->Add(link);
+}
+
+void Hypertext::RemoveLink(Link* link) {
+    if (links && !closing)
+        links->Remove(link);
+}
+
+void Hypertext::ExchangeLinks(Link* a, Link* b) {
+    if (links && !closing)
+        links->Exchange(a, b);
+}
+
+void Hypertext::ReorderLinks(Link* link, Link* before) {
+    if (links && !closing)
+        links->Reorder(link, before);
+}
+
+long Hypertext::LinkCount() const { return links ? static_cast<long>(links->size()) : 0; }
+
+bool Hypertext::HasLink(const Link* link) const { return links && links->Has(link); }
+
+void Hypertext::LinkAdded(Link* link) {
+    if (link && link->IsPrototype() && link->SourceNode())
+        link->SourceNode()->WillHavePrototype(link);
+}
+
+void Hypertext::LinkRemoved(Link* link) {
+    if (link && link->IsPrototype() && link->SourceNode() && !link->SourceNode()->IsBeingDeleted())
+        link->SourceNode()->WillHavePrototype(nullptr);
+}
+
+const std::string* Hypertext::CarriedSection(const std::string& name) const {
+    auto it = carried.find(name);
+    return it == carried.end() ? nullptr : &it->second;
+}
+
+void Hypertext::SetCarriedSection(const std::string& name, std::string raw) { carried[name] = std::move(raw); }
 
 void Hypertext::UpdateOutlineOrder() {
     long n = 0;

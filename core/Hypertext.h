@@ -14,6 +14,10 @@
 
 class Attribute;
 class Change;
+class Colors;
+class Link;
+class LinkManager;
+class LinkTypes;
 class Node;
 class NodeIndex;
 class Prefs;
@@ -104,6 +108,32 @@ public:
     // The name written into new notes' `Creator`.
     std::string CreatorName() const;
 
+    // Links: the store of all links, the list of link types, and the
+    // events of links coming and going.
+    virtual LinkManager* Links() const { return links.get(); }
+    virtual LinkTypes* GetLinkTypes() const { return linkTypes.get(); }
+    virtual void AddLink(Link* link);
+    virtual void RemoveLink(Link* link);
+    virtual void ExchangeLinks(Link* a, Link* b);
+    virtual void ReorderLinks(Link* link, Link* before);
+    virtual long LinkCount() const;
+    virtual bool HasLink(const Link* link) const;
+    virtual void LinkAdded(Link* link);
+    virtual void LinkRemoved(Link* link);
+    // The table of named colours.
+    virtual Colors* GetColorTable() const { return colors.get(); }
+
+    // What a document file carries besides notes: the document's UUID, its
+    // preview picture, and sections kept as read and written back unchanged
+    // (by element name: "windows", "macros", "searches" and the like).
+    const std::string& UUID() const { return uuid; }
+    void SetUUID(const std::string& u) { uuid = u; }
+    const std::string& Preview() const { return preview; }
+    void SetPreview(std::string bytes) { preview = std::move(bytes); }
+    const std::string* CarriedSection(const std::string& name) const;
+    void SetCarriedSection(const std::string& name, std::string raw);
+    const std::map<std::string, std::string>& CarriedSections() const { return carried; }
+
 private:
     void Construct(bool skipProperties);
 
@@ -126,4 +156,10 @@ private:
     bool actionsInhibited = false;
     int writing = 0;
     mutable const Attribute* nameAttribute = nullptr;
+    std::shared_ptr<LinkManager> links;
+    std::shared_ptr<LinkTypes> linkTypes;
+    std::shared_ptr<Colors> colors;
+    std::string uuid;
+    std::string preview;
+    std::map<std::string, std::string> carried;
 };

@@ -433,7 +433,7 @@ long NodeText::EstimatedNoteSize() const {
     return static_cast<long>(c->GetText().size() + c->GetRTF().size() + c->GetRTFD().size());
 }
 
-long NodeText::ImageCount() const { return 0; }
+long NodeText::ImageCount() const { return PictureCount(); }
 
 bool NodeText::HasRTF() const {
     const Content* c = Reading(node);

@@ -5,6 +5,7 @@
 
 #include "NodeFacade.h"
 #include "SGeometry.h"
+#include "StyledText.h"
 
 class Content;
 
@@ -102,6 +103,17 @@ public:
     std::string GetRTFD() const;
     void SetRTFD(const std::string& rtfd) const;
     void CopyContentFrom(const Node* source) const;
+
+    // Styled text (see Content).
+    StyledText CreateAttributedString() const;
+    void SetRTFD(const StyledText& styled) const;
+    void Append(const std::string& text) const;
+    int PictureCount() const;
+    std::string GetPicture(int n) const;
+    int GetPicturePosition(int n) const;
+    TextAlignment Justification() const;
+    std::string TextFont() const;
+    double TextFontSize() const;
 };
 
 // The way other subsystems make notes.

@@ -1,5 +1,7 @@
 #include "Prototypes.h"
 
+#include "Link.h"
+
 #include <algorithm>
 #include <unordered_set>
 
@@ -14,8 +16,7 @@
 
 void PrototypeCache::Set(const Link* l) {
     link = l;
-    if (!l)
-        node = nullptr;
+    node = l ? l->DestNode() : nullptr;
 }
 
 // ------------------------------------------------------- relation handlers
