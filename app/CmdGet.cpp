@@ -1,0 +1,53 @@
+// `rylvane get FILE PATH ATTR`: the text form of one attribute of a note.
+#include <iostream>
+
+#include "Attribute.h"
+#include "Commands.h"
+#include "DocumentFile.h"
+#include "Hypertext.h"
+#include "Node.h"
+#include "Props.h"
+#include "Value.h"
+
+namespace {
+
+struct GetState {
+    std::string file;
+    std::string path;
+    std::string attribute;
+};
+
+int RunGet(const GetState& state) {
+    std::string error;
+    auto hypertext = OpenDocument(state.file, error);
+    if (!hypertext)
+        return CommandFailure(error);
+    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    if (!node)
+        return CommandFailure(state.file + ": no note at " + state.path);
+    std::string name = !state.attribute.empty() && state.attribute[0] == '$' ? state.attribute.substr(1) : state.attribute;
+    Props* props = hypertext->AttributeStorage();
+    if (name.empty() || !props->Has(name))
+        return CommandFailure(state.file + ": no attribute named " + state.attribute);
+    const Attribute* attribute = props->GetAttribute(name);
+    Value* value = node->CreateClonedValue(attribute);
+    std::string text = value ? value->AsString() : std::string();
+    if (value)
+        value->Delete();
+    std::cout << text << "\n";
+    return 0;
+}
+
+CommandRegistration registration(
+    "get",
+    [](CLI::App& app, CommandResult& result) {
+        auto state = std::make_shared<GetState>();
+        auto* cmd = app.add_subcommand("get", "Print the value of an attribute of a note");
+        cmd->add_option("FILE", state->file, "The document file")->required();
+        cmd->add_option("PATH", state->path, "The note, such as /Projects/Ideas")->required();
+        cmd->add_option("ATTR", state->attribute, "The attribute, such as Color")->required();
+        cmd->callback([&result, state] { result.code = RunGet(*state); });
+    },
+    23);
+
+} // namespace

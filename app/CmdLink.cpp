@@ -1,0 +1,54 @@
+// `rylvane link FILE FROM TO [--type TYPE]`: links one note to another.
+#include "Commands.h"
+#include "DocumentFile.h"
+#include "Hypertext.h"
+#include "Link.h"
+#include "LinkType.h"
+#include "Node.h"
+#include "NodeLinks.h"
+
+namespace {
+
+struct LinkState {
+    std::string file;
+    std::string from;
+    std::string to;
+    std::string type = LinkType::kUntitled;
+};
+
+int RunLink(const LinkState& state) {
+    std::string error;
+    auto hypertext = OpenDocument(state.file, error);
+    if (!hypertext)
+        return CommandFailure(error);
+    Node* from = FindNoteByPath(hypertext.get(), state.from);
+    if (!from)
+        return CommandFailure(state.file + ": no note at " + state.from);
+    Node* to = FindNoteByPath(hypertext.get(), state.to);
+    if (!to)
+        return CommandFailure(state.file + ": no note at " + state.to);
+    if (state.type.empty())
+        return CommandFailure(state.file + ": a link type needs a name");
+    if (state.type == LinkType::kPrototype)
+        return CommandFailure(state.file + ": prototypes are set with `set PATH Prototype NAME`");
+    if (!NodeLinks(from).CreateLink(to, state.type))
+        return CommandFailure(state.file + ": " + state.from + " cannot be linked to " + state.to);
+    if (!SaveDocument(hypertext.get(), state.file, error))
+        return CommandFailure(error);
+    return 0;
+}
+
+CommandRegistration registration(
+    "link",
+    [](CLI::App& app, CommandResult& result) {
+        auto state = std::make_shared<LinkState>();
+        auto* cmd = app.add_subcommand("link", "Link one note to another");
+        cmd->add_option("FILE", state->file, "The document file")->required();
+        cmd->add_option("FROM", state->from, "The source note")->required();
+        cmd->add_option("TO", state->to, "The destination note")->required();
+        cmd->add_option("--type", state->type, "The link type (default *untitled)");
+        cmd->callback([&result, state] { result.code = RunLink(*state); });
+    },
+    27);
+
+} // namespace

@@ -1,0 +1,53 @@
+// `rylvane mv FILE PATH NEWPARENT`: moves a note to the end of another note's children.
+#include "Commands.h"
+#include "DocumentFile.h"
+#include "Hypertext.h"
+#include "Node.h"
+#include "NodeHelpers.h"
+
+namespace {
+
+struct MvState {
+    std::string file;
+    std::string path;
+    std::string parent;
+};
+
+int RunMv(const MvState& state) {
+    std::string error;
+    auto hypertext = OpenDocument(state.file, error);
+    if (!hypertext)
+        return CommandFailure(error);
+    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    if (!node)
+        return CommandFailure(state.file + ": no note at " + state.path);
+    Node* parent = FindNoteByPath(hypertext.get(), state.parent);
+    if (!parent)
+        return CommandFailure(state.file + ": no note at " + state.parent);
+    if (node == hypertext->Root())
+        return CommandFailure(state.file + ": the root cannot be moved");
+    if (parent->IsDescendedFrom(node))
+        return CommandFailure(state.file + ": " + state.path + " cannot move into itself");
+    if (!parent->CanReceiveChildren())
+        return CommandFailure(state.file + ": " + state.parent + " cannot hold notes");
+    Node* last = parent->YoungestSon();
+    if (last != node)
+        NodePosition(node).DoMoveTo(parent, last);
+    if (!SaveDocument(hypertext.get(), state.file, error))
+        return CommandFailure(error);
+    return 0;
+}
+
+CommandRegistration registration(
+    "mv",
+    [](CLI::App& app, CommandResult& result) {
+        auto state = std::make_shared<MvState>();
+        auto* cmd = app.add_subcommand("mv", "Move a note under another note");
+        cmd->add_option("FILE", state->file, "The document file")->required();
+        cmd->add_option("PATH", state->path, "The note to move")->required();
+        cmd->add_option("NEWPARENT", state->parent, "Its new parent, such as /Archive")->required();
+        cmd->callback([&result, state] { result.code = RunMv(*state); });
+    },
+    26);
+
+} // namespace

@@ -1,0 +1,42 @@
+// `rylvane rm FILE PATH`: deletes a note with its descendants and links.
+#include "Commands.h"
+#include "DocumentFile.h"
+#include "Hypertext.h"
+#include "Node.h"
+#include "NodeHelpers.h"
+
+namespace {
+
+struct RmState {
+    std::string file;
+    std::string path;
+};
+
+int RunRm(const RmState& state) {
+    std::string error;
+    auto hypertext = OpenDocument(state.file, error);
+    if (!hypertext)
+        return CommandFailure(error);
+    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    if (!node)
+        return CommandFailure(state.file + ": no note at " + state.path);
+    if (node == hypertext->Root())
+        return CommandFailure(state.file + ": the root cannot be deleted");
+    NodeDeleter(node).Delete();
+    if (!SaveDocument(hypertext.get(), state.file, error))
+        return CommandFailure(error);
+    return 0;
+}
+
+CommandRegistration registration(
+    "rm",
+    [](CLI::App& app, CommandResult& result) {
+        auto state = std::make_shared<RmState>();
+        auto* cmd = app.add_subcommand("rm", "Delete a note with its descendants");
+        cmd->add_option("FILE", state->file, "The document file")->required();
+        cmd->add_option("PATH", state->path, "The note, such as /Projects/Ideas")->required();
+        cmd->callback([&result, state] { result.code = RunRm(*state); });
+    },
+    25);
+
+} // namespace

@@ -1,0 +1,58 @@
+// `rylvane set FILE PATH ATTR VALUE`: sets an attribute of a note from text
+// read the way the attribute's type reads what a user types: numbers with
+// separators ("1,250"), dates as free text, sets, lists, colours by name.
+// `--` before VALUE lets it begin with "-".
+#include <iostream>
+
+#include "Attribute.h"
+#include "Commands.h"
+#include "DocumentFile.h"
+#include "Hypertext.h"
+#include "Node.h"
+#include "Props.h"
+
+namespace {
+
+struct SetState {
+    std::string file;
+    std::string path;
+    std::string attribute;
+    std::string value;
+};
+
+int RunSet(const SetState& state) {
+    std::string error;
+    auto hypertext = OpenDocument(state.file, error);
+    if (!hypertext)
+        return CommandFailure(error);
+    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    if (!node)
+        return CommandFailure(state.file + ": no note at " + state.path);
+    std::string name = !state.attribute.empty() && state.attribute[0] == '$' ? state.attribute.substr(1) : state.attribute;
+    Props* props = hypertext->AttributeStorage();
+    if (name.empty() || !props->Has(name))
+        return CommandFailure(state.file + ": no attribute named " + state.attribute);
+    const Attribute* attribute = props->GetAttribute(name);
+    if (!attribute->IsValid() || !attribute->IsEditable())
+        return CommandFailure(state.file + ": the attribute " + name + " cannot be set");
+    node->Set(attribute, state.value);
+    if (!SaveDocument(hypertext.get(), state.file, error))
+        return CommandFailure(error);
+    return 0;
+}
+
+CommandRegistration registration(
+    "set",
+    [](CLI::App& app, CommandResult& result) {
+        auto state = std::make_shared<SetState>();
+        auto* cmd = app.add_subcommand("set", "Set an attribute of a note");
+        cmd->add_option("FILE", state->file, "The document file")->required();
+        cmd->add_option("PATH", state->path, "The note, such as /Projects/Ideas")->required();
+        cmd->add_option("ATTR", state->attribute, "The attribute, such as Color")->required();
+        cmd->add_option("VALUE", state->value, "The value as text (put -- before a value that begins with -)")
+            ->required();
+        cmd->callback([&result, state] { result.code = RunSet(*state); });
+    },
+    24);
+
+} // namespace

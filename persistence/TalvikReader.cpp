@@ -1,0 +1,534 @@
+#include "TalvikReader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <set>
+
+#include "Attribute.h"
+#include "Base64.h"
+#include "Colors.h"
+#include "Content.h"
+#include "Hypertext.h"
+#include "LinkManager.h"
+#include "LinkType.h"
+#include "Log.h"
+#include "Node.h"
+#include "NodeFacade.h"
+#include "NodeHelpers.h"
+#include "NodeIndex.h"
+#include "NodeLinks.h"
+#include "Prefs.h"
+#include "Props.h"
+#include "Prototypes.h"
+#include "Value.h"
+
+namespace {
+
+bool IsNoteElement(const std::string& name) { return name == "item" || name == "agent" || name == "adornment"; }
+
+// Sections kept as they were read and written back unchanged.
+bool IsCarriedSection(const std::string& name) {
+    static const std::set<std::string> names = {"stamps",   "menu",    "macros",  "windows", "utilityWindows",
+                                                "searches", "filters", "gallery", "badges"};
+    return names.count(name) > 0;
+}
+
+std::string Trim(const std::string& text) {
+    size_t a = text.find_first_not_of(" \t\r\n");
+    if (a == std::string::npos)
+        return {};
+    size_t b = text.find_last_not_of(" \t\r\n");
+    return text.substr(a, b - a + 1);
+}
+
+} // namespace
+
+struct TalvikReader::NoteState {
+    XMLItem* element = nullptr;
+    Node* node = nullptr;
+    Node* lastChild = nullptr;
+    uint32_t fileID = 0;
+    std::string fileCreator;
+    bool isProxy = false;
+    bool hasText = false;
+    std::string text;
+    std::string rtf;
+    std::string rtfd;
+    // Local values the note had when made, and those the file gave it.
+    std::vector<const Attribute*> initial;
+    std::vector<const Attribute*> provided;
+};
+
+TalvikReader::TalvikReader(Node* r, Node* a, bool p)
+    : root(r), after(a), pasting(p), hypertext(r ? r->GetHypertext() : nullptr) {
+    if (hypertext) {
+        previousInhibit = hypertext->ActionsInhibited();
+        previousDontRename = hypertext->DontRename();
+        hypertext->InhibitActions(true);
+        hypertext->DontRename(true);
+        hypertext->IsBeingRead(true);
+    }
+}
+
+TalvikReader::~TalvikReader() {
+    if (hypertext) {
+        hypertext->InhibitActions(previousInhibit);
+        hypertext->DontRename(previousDontRename);
+        hypertext->IsBeingRead(false);
+    }
+}
+
+bool TalvikReader::CouldBeXML(std::string_view start) {
+    return start.substr(0, 1024).find("<rylvane") != std::string_view::npos;
+}
+
+bool TalvikReader::Read(std::string_view data) {
+    if (!CouldBeXML(data)) {
+        Fail("not a Rylvane document");
+        return false;
+    }
+    return Finish(Parse(data));
+}
+
+bool TalvikReader::Read(std::istream& stream) { return Finish(Parse(stream)); }
+
+bool TalvikReader::ReadFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        Fail(std::string("cannot open: ") + std::strerror(errno));
+        return false;
+    }
+    char start[1024];
+    file.read(start, sizeof start);
+    if (!CouldBeXML(std::string_view(start, static_cast<size_t>(file.gcount())))) {
+        Fail("not a Rylvane document");
+        return false;
+    }
+    file.clear();
+    file.seekg(0);
+    return Read(file);
+}
+
+// ---------------------------------------------------------------- streaming
+
+bool TalvikReader::StartItem(XMLItem* item) {
+    if (!hypertext) {
+        Fail("no document to read into");
+        return false;
+    }
+    const std::string& name = item->Name();
+    int depth = Depth();
+    if (depth == 1) {
+        if (name != "rylvane") {
+            Fail("not a Rylvane document (its root element is <" + name + ">)");
+            return false;
+        }
+        sawRoot = true;
+        version = static_cast<int>(item->Attributes().GetLong("version"));
+        revision = static_cast<int>(item->Attributes().GetLong("revision"));
+        if (version >= 3) {
+            Fail("version " + std::to_string(version) + " files are not supported");
+            return false;
+        }
+        if (!pasting) {
+            std::string uuid = Trim(item->Attributes().GetString("uuid"));
+            if (!uuid.empty())
+                hypertext->SetUUID(uuid);
+        }
+        item->keepText = false;
+        return true;
+    }
+    XMLItem* father = item->Father();
+    bool inNote = !stack.empty() && father == stack.back()->element;
+    if (IsNoteElement(name) && (depth == 2 || inNote)) {
+        StartNote(item);
+        return true;
+    }
+    if (depth == 2) {
+        if (IsCarriedSection(name))
+            item->captureRaw = true;
+        if (name == "links" || IsCarriedSection(name))
+            item->keepText = false;
+    }
+    return true;
+}
+
+bool TalvikReader::EndItem(XMLItem* item) {
+    if (!stack.empty() && item == stack.back()->element) {
+        EndNote(item);
+        return true;
+    }
+    if (!stack.empty() && item->Father() == stack.back()->element) {
+        NoteChild(item);
+        return true;
+    }
+    int depth = Depth() + 1;
+    if (depth == 3 && item->Name() == "link" && item->Father()->Name() == "links") {
+        linkRecords.push_back(LinkRecord::FromXML(item));
+        return true;
+    }
+    if (depth != 2)
+        return false;
+    const std::string& name = item->Name();
+    if (pasting)
+        return true;
+    if (name == "attrib")
+        MakeAttribute(item, nullptr);
+    else if (name == "colors")
+        MakeColors(item);
+    else if (name == "linkTypes")
+        MakeLinkTypes(item);
+    else if (name == "preferences")
+        MakePrefs(item);
+    else if (name == "preview")
+        MakePreview(item);
+    else if (name == "uuid") {
+        std::string uuid = Trim(item->Text());
+        if (!uuid.empty())
+            hypertext->SetUUID(uuid);
+    } else if (IsCarriedSection(name))
+        hypertext->SetCarriedSection(name, item->Raw());
+    return true;
+}
+
+// ---------------------------------------------------------------- notes
+
+void TalvikReader::StartNote(XMLItem* item) {
+    item->keepText = false;
+    auto state = std::make_unique<NoteState>();
+    state->element = item;
+    const XMLAttributes& a = item->Attributes();
+    state->fileID = static_cast<uint32_t>(a.GetUnsigned("ID"));
+    state->fileCreator = a.GetString("Creator");
+    Node* node = nullptr;
+    if (stack.empty() && !pasting && !sawFirstNote) {
+        node = root;
+    } else {
+        Node* parent = stack.empty() ? root : stack.back()->node;
+        Node* elder = stack.empty() ? (topNodes.empty() ? (pasting ? after : root->YoungestSon()) : topNodes.back())
+                                    : stack.back()->lastChild;
+        if (item->Name() != "item")
+            LogLine("TalvikReader: <" + item->Name() + "> is read as a plain note");
+        node = NodeMaker(hypertext).MakeDontInitialize("", parent, elder, 0, 0);
+        if (!node) {
+            LogLine("RylNodeBuilder: node is nil. This should never happen");
+            Fail("a note could not be made");
+            return;
+        }
+    }
+    sawFirstNote = true;
+    if (!pasting && a.Has("ID")) {
+        std::string creator = a.Has("Creator") ? state->fileCreator : node->Creator();
+        node->SetID(state->fileID, creator);
+    }
+    std::string proto = a.GetString("proto");
+    if (!proto.empty())
+        prototypeRequests.emplace_back(node, proto);
+    for (const auto& [attribute, value] : node->Properties())
+        state->initial.push_back(attribute);
+    state->node = node;
+    stack.push_back(std::move(state));
+}
+
+const Attribute* TalvikReader::AttributeNamed(const std::string& given) {
+    std::string name = !given.empty() && given[0] == '$' ? given.substr(1) : given;
+    Props* props = hypertext->AttributeStorage();
+    if (!props || name.empty())
+        return nullptr;
+    if (props->Has(name))
+        return props->GetAttribute(name);
+    Attribute* made = props->CreateBasicAttribute(name, "User", true, AttributeType::kString);
+    if (!made) {
+        LogLine("TalvikReader: a value for the unknown attribute <" + name + "> was dropped");
+        return nullptr;
+    }
+    LogLine("TalvikReader: made the user attribute <" + made->Name() + "> for a value in the file");
+    return made;
+}
+
+void TalvikReader::NoteChild(XMLItem* item) {
+    NoteState& state = *stack.back();
+    const std::string& name = item->Name();
+    if (name == "attribute") {
+        std::string attributeName = item->Attributes().GetString("name");
+        if (attributeName == "ID" || attributeName == "Creator")
+            return;
+        const Attribute* attribute = AttributeNamed(attributeName);
+        if (!attribute || !attribute->IsValid())
+            return;
+        if (attribute->Name() == "Alias")
+            state.isProxy = true;
+        state.node->Set(attribute, item->Text());
+        state.provided.push_back(attribute);
+    } else if (name == "text") {
+        state.text = std::move(item->MutableText());
+        state.hasText = true;
+    } else if (name == "rtf") {
+        state.rtf = std::move(item->MutableText());
+    } else if (name == "rtfd") {
+        std::string bytes;
+        if (!Base64Decoder::Decode(item->Text(), bytes))
+            LogLine("TalvikReader: the pictures of a note could not be decoded");
+        state.rtfd = std::move(bytes);
+    }
+    // "styles", "pictures" and "script" are obsolete; "composites" and
+    // "image" belong to parts of the program that are not here.
+}
+
+void TalvikReader::EndNote(XMLItem* item) {
+    std::unique_ptr<NoteState> state = std::move(stack.back());
+    stack.pop_back();
+    Node* node = state->node;
+    if (!node)
+        return;
+    if (!state->isProxy && (state->hasText || !state->rtf.empty() || !state->rtfd.empty())) {
+        if (Content* content = node->GetContent()) {
+            content->SetText(std::move(state->text));
+            content->SetRTF(std::move(state->rtf));
+            content->SetRTFD(std::move(state->rtfd));
+        }
+    }
+    // Values the note got when it was made but the file does not hold go
+    // again, so that the note is what the file says.
+    for (const Attribute* attribute : state->initial) {
+        const std::string& name = attribute->Name();
+        if (name == "ID" || name == "Creator")
+            continue;
+        if (std::find(state->provided.begin(), state->provided.end(), attribute) == state->provided.end())
+            node->DoRemove(attribute);
+    }
+    if (state->isProxy)
+        proxies.push_back(node);
+    byID.emplace(state->fileID, node);
+    ++noteCount;
+    if (stack.empty())
+        topNodes.push_back(node);
+    else
+        stack.back()->lastChild = node;
+}
+
+// ---------------------------------------------------------------- sections
+
+void TalvikReader::MakeAttribute(const XMLItem* item, Attribute* parent) {
+    Props* props = hypertext->AttributeStorage();
+    if (!props || item->Name() != "attrib")
+        return;
+    const XMLAttributes& a = item->Attributes();
+    std::string name = a.GetString("Name");
+    Attribute* attribute = nullptr;
+    if (!name.empty() && props->Has(name)) {
+        attribute = props->GetAttribute(name);
+        if (const std::string* text = a.Find("default"))
+            attribute->SetDefault(*text);
+        if (const std::string* suggested = a.Find("suggested"))
+            attribute->SuggestedValues(*suggested);
+    } else if (!name.empty()) {
+        int type = static_cast<int>(a.GetLong("type", AttributeType::kString));
+        bool editable = a.GetBoolean("editable", true);
+        Attribute* father = parent;
+        if (!father) {
+            std::string parentName = a.GetString("parent");
+            father = parentName.empty() || !props->Has(parentName) ? props->Root() : props->GetAttribute(parentName);
+        }
+        if (a.Has("kind"))
+            attribute = props->CreatePreferenceAttribute(name, father->Name(), static_cast<int>(a.GetLong("kind")),
+                                                         editable, type);
+        else
+            attribute = props->CreateBasicAttribute(name, father, editable, type);
+        if (attribute) {
+            attribute->VisibleInEditor(a.GetBoolean("visibleInEditor", true));
+            if (a.GetBoolean("sequential"))
+                attribute->BeSequential(true);
+            if (a.Has("canInherit"))
+                attribute->CanInherit(a.GetBoolean("canInherit", true));
+            if (const std::string* suggested = a.Find("suggested"))
+                attribute->SuggestedValues(*suggested);
+            attribute->SetDescription(a.GetString("description"));
+            if (const std::string* text = a.Find("default"))
+                attribute->SetDefault(*text);
+        } else {
+            LogLine("TalvikReader: the attribute <" + name + "> could not be made");
+        }
+    }
+    for (const XMLItem* child = item->Son(); child; child = child->Brother())
+        MakeAttribute(child, attribute ? attribute : parent);
+}
+
+void TalvikReader::MakeColors(const XMLItem* item) {
+    if (Colors* colors = hypertext->GetColorTable()) {
+        colors->Clear();
+        colors->Add(item);
+    }
+}
+
+void TalvikReader::MakeLinkTypes(const XMLItem* item) {
+    if (LinkTypes* types = hypertext->GetLinkTypes()) {
+        types->Clear();
+        types->Add(item);
+    }
+}
+
+void TalvikReader::MakePrefs(const XMLItem* item) {
+    Prefs* prefs = hypertext->GetPreferences();
+    if (!prefs)
+        return;
+    for (const XMLItem* child = item->Son(); child; child = child->Brother())
+        if (child->Name() == "pref") {
+            std::string key = child->Attributes().GetString("name");
+            if (!key.empty())
+                prefs->Set(key, child->Text());
+        }
+}
+
+void TalvikReader::MakePreview(const XMLItem* item) {
+    std::string bytes;
+    if (Base64Decoder::Decode(item->Text(), bytes))
+        hypertext->SetPreview(bytes);
+    else
+        LogLine("TalvikReader: the preview could not be decoded");
+}
+
+// ---------------------------------------------------------------- finishing
+
+Node* TalvikReader::FindNode(uint32_t id, const std::string& creator) const {
+    auto [first, last] = byID.equal_range(id);
+    Node* any = nullptr;
+    for (auto it = first; it != last; ++it) {
+        if (it->second->Creator() == creator)
+            return it->second;
+        if (!any)
+            any = it->second;
+    }
+    if (any)
+        return any;
+    if (pasting && hypertext->GetIndex())
+        return hypertext->GetIndex()->Find(id);
+    return nullptr;
+}
+
+void TalvikReader::MakeAliases() {
+    for (Node* proxy : proxies) {
+        uint32_t originalID = static_cast<uint32_t>(proxy->GetUnsignedLong("Alias"));
+        Node* original = FindNode(originalID, std::string());
+        if (original && std::find(proxies.begin(), proxies.end(), original) != proxies.end())
+            original = nullptr;
+        if (original)
+            original = original->GetOriginal();
+        Node* alias = nullptr;
+        if (original && !original->IsHidden()) {
+            Node* parent = proxy->Father();
+            Node* elder = proxy->ElderBrother();
+            alias = AliasNode::CreateFor(original, parent, elder, proxy->GetDouble("Xpos"), proxy->GetDouble("Ypos"),
+                                         false);
+        }
+        uint32_t id = proxy->GetID().GetID();
+        std::string creator = proxy->Creator();
+        if (!alias) {
+            LogLine("TalvikReader: an alias of the missing note " + std::to_string(originalID) + " was dropped");
+            for (auto it = byID.begin(); it != byID.end();)
+                it = it->second == proxy ? byID.erase(it) : std::next(it);
+            std::erase(topNodes, proxy);
+            NodeDeleter(proxy).Delete();
+            continue;
+        }
+        // The alias takes the proxy's own values, and only those.
+        alias->CanForward(false);
+        std::vector<const Attribute*> kept;
+        for (const auto& [attribute, value] : proxy->Properties()) {
+            if (attribute->Name() == "ID" || attribute->Name() == "Creator")
+                continue;
+            alias->DoSet(attribute, value->Clone());
+            kept.push_back(attribute);
+        }
+        std::vector<const Attribute*> extra;
+        for (const auto& [attribute, value] : alias->Properties())
+            if (attribute->Name() != "ID" && attribute->Name() != "Creator" &&
+                std::find(kept.begin(), kept.end(), attribute) == kept.end())
+                extra.push_back(attribute);
+        for (const Attribute* attribute : extra)
+            alias->DoRemove(attribute);
+        for (auto& entry : byID)
+            if (entry.second == proxy)
+                entry.second = alias;
+        std::replace(topNodes.begin(), topNodes.end(), proxy, alias);
+        NodeDeleter(proxy).Delete();
+        if (!pasting)
+            alias->SetID(id, creator);
+        alias->CanForward(true);
+    }
+    proxies.clear();
+}
+
+void TalvikReader::MakePrototypes() {
+    NodeIndex* index = hypertext->GetIndex();
+    for (auto& [node, name] : prototypeRequests) {
+        Node* prototype = index ? index->FindPrototype(name) : nullptr;
+        if (!prototype)
+            prototype = HypertextFacade(hypertext).First([&name](Node* n) { return !n->IsHidden() && n->Name() == name; });
+        if (prototype && !prototype->IsHidden() && prototype != node &&
+            NodeInheritance(node).CanBePrototype(prototype->GetOriginal())) {
+            NodeLinks(node).CreatePrototypeLink(prototype->GetOriginal());
+        } else {
+            node->RequestPrototype(name);
+        }
+    }
+    prototypeRequests.clear();
+}
+
+void TalvikReader::MakeLinks() {
+    for (LinkRecord& record : linkRecords) {
+        Node* source = FindNode(record.sourceID, record.sourceCreator);
+        Node* dest = record.hasDest ? FindNode(record.destID, record.destCreator) : nullptr;
+        if (!source || (record.hasDest && !dest)) {
+            ++linksDropped;
+            continue;
+        }
+        record.sourceNode = source;
+        record.destNode = dest;
+        if (record.type == LinkType::kPrototype && (source->GetPrototype() || !dest)) {
+            ++linksDropped;
+            continue;
+        }
+        if (record.CreateLink())
+            ++linksMade;
+        else
+            ++linksDropped;
+    }
+    linkRecords.clear();
+    linkRecords.shrink_to_fit();
+}
+
+bool TalvikReader::Finish(bool parsed) {
+    if (!hypertext)
+        return false;
+    if (!parsed || !sawRoot) {
+        if (parsed && !sawRoot)
+            Fail("no rylvane element");
+        if (pasting) {
+            for (Node* node : topNodes)
+                NodeDeleter(node).Delete();
+            topNodes.clear();
+        }
+        stack.clear();
+        return false;
+    }
+    MakeAliases();
+    MakePrototypes();
+    MakeLinks();
+    NodeLinks(root).UpdateLinkTypes();
+    if (!pasting) {
+        // Documents of earlier versions export with the extension set in the preferences.
+        if (Props* props = hypertext->AttributeStorage(); props && props->Has("HTMLExportExtension")) {
+            Attribute* extension = props->GetAttribute("HTMLExportExtension");
+            std::string current = extension->GetDefaultValueAsString();
+            const Prefs* prefs = hypertext->GetPreferences();
+            std::string preferred = prefs ? prefs->Get("HTMLExportExtension") : std::string();
+            if ((current == ".html" || current.empty()) && !preferred.empty() && preferred != current)
+                extension->SetDefault(preferred);
+        }
+    }
+    hypertext->UpdateOutlineOrder();
+    HypertextFacade(hypertext).Apply([](Node* n) { n->Loaded(); });
+    return true;
+}

@@ -1,0 +1,90 @@
+#pragma once
+// Reads a document file, or a clip, into a Hypertext.
+//
+// The file is read as a stream: notes are made as their elements begin and
+// filled as their children end, so that a large document never exists as a
+// whole XML tree in memory. Links, aliases and prototypes wait until every
+// note exists.
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "Link.h"
+#include "NodeVector.h"
+#include "XMLReader.h"
+
+class Attribute;
+class Hypertext;
+class Node;
+
+class TalvikReader : public XMLReader {
+public:
+    // Reading a whole document: `root` is the document's root note, which
+    // takes the first note of the file. Pasting a clip (`pasting` true): the
+    // notes of the file become children of `root`, after `after`, with new ids.
+    TalvikReader(Node* root, Node* after = nullptr, bool pasting = false);
+    ~TalvikReader() override;
+
+    // Reads and finishes; answers false with ErrorMessage set on failure.
+    bool Read(std::string_view data);
+    bool Read(std::istream& stream);
+    bool ReadFile(const std::string& path);
+
+    // Whether data looks like this format: "<rylvane" within its first 1024 bytes.
+    static bool CouldBeXML(std::string_view start);
+
+    int Version() const { return version; }
+    int Revision() const { return revision; }
+    // The notes made at the top level (for a paste, the pasted notes).
+    const NodeVector& TopNodes() const { return topNodes; }
+    // Counts of what was read, for reports.
+    long NoteCount() const { return noteCount; }
+    long LinkCount() const { return linksMade; }
+    long DroppedLinkCount() const { return linksDropped; }
+
+protected:
+    bool StartItem(XMLItem* item) override;
+    bool EndItem(XMLItem* item) override;
+
+private:
+    struct NoteState;
+    bool Finish(bool parsed);
+    void StartNote(XMLItem* item);
+    void EndNote(XMLItem* item);
+    void NoteChild(XMLItem* item);
+    void MakeAttribute(const XMLItem* item, Attribute* parent);
+    void MakeColors(const XMLItem* item);
+    void MakeLinkTypes(const XMLItem* item);
+    void MakePrefs(const XMLItem* item);
+    void MakePreview(const XMLItem* item);
+    void MakeAliases();
+    void MakePrototypes();
+    void MakeLinks();
+    Node* FindNode(uint32_t id, const std::string& creator) const;
+    const Attribute* AttributeNamed(const std::string& name);
+
+    Node* root;
+    Node* after;
+    bool pasting;
+    Hypertext* hypertext;
+    int version = 0;
+    int revision = 0;
+    bool sawRoot = false;
+    bool sawFirstNote = false;
+    bool previousInhibit = false;
+    bool previousDontRename = false;
+
+    std::vector<std::unique_ptr<NoteState>> stack;
+    NodeVector topNodes;
+    std::unordered_multimap<uint32_t, Node*> byID;
+    std::vector<Node*> proxies;
+    std::vector<std::pair<Node*, std::string>> prototypeRequests;
+    std::vector<LinkRecord> linkRecords;
+    long noteCount = 0;
+    long linksMade = 0;
+    long linksDropped = 0;
+};
