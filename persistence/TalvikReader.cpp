@@ -319,7 +319,8 @@ void TalvikReader::MakeAttribute(const XMLItem* item, Attribute* parent) {
     Attribute* attribute = nullptr;
     if (!name.empty() && props->Has(name)) {
         attribute = props->GetAttribute(name);
-        if (const std::string* text = a.Find("default"))
+        // Only a default that differs from the program's own replaces it.
+        if (const std::string* text = a.Find("default"); text && *text != attribute->GetDefaultValueAsXML(hypertext))
             attribute->SetDefault(*text);
         if (const std::string* suggested = a.Find("suggested"))
             attribute->SuggestedValues(*suggested);

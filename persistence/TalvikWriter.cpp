@@ -267,7 +267,8 @@ void TalvikWriter::WriteNode(XMLWriter& w, const Node* node) {
     const char* kind = node->XMLKind();
     w.Open(kind);
     w.PutUnsigned("ID", WrittenID(node->GetID().GetID()));
-    w.Put("Creator", node->GetString("Creator"));
+    std::string creator = node->GetID().GetCreator();
+    w.Put("Creator", creator.empty() ? node->GetString("Creator") : creator);
     if (!node->IsAlias()) {
         const Node* prototype = node->GetPrototype();
         if (prototype && !prototype->IsHidden())
