@@ -70,7 +70,7 @@ Hypertext* Hypertext::NoHypertext() {
     return none;
 }
 
-void Hypertext::InitializeProperties() { BuildSystemAttributes(attributeStorage.get()); }
+void Hypertext::InitializeProperties() { BuildSystemAttributes(attributeStorage.get(), this); }
 
 void Hypertext::SetModified(bool modified) { changes->SetModified(modified); }
 

@@ -30,6 +30,8 @@ static constexpr SystemAttributeRow Group(const char* group, const char* categor
     r.category = true;
     r.group = group;
     r.name = category;
+    // Categories hold no values of their own.
+    r.flags = SystemAttributeRow::kReadOnly;
     return r;
 }
 
