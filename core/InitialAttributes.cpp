@@ -8,20 +8,20 @@
 #include "Value.h"
 
 // The table's type codes are the attribute type numbers.
-static_assert(SystemAttributeRow::kString == AttributeType::kString);
-static_assert(SystemAttributeRow::kColor == AttributeType::kColor);
-static_assert(SystemAttributeRow::kNumber == AttributeType::kNumber);
-static_assert(SystemAttributeRow::kFile == AttributeType::kFile);
-static_assert(SystemAttributeRow::kBoolean == AttributeType::kBoolean);
-static_assert(SystemAttributeRow::kDate == AttributeType::kDate);
-static_assert(SystemAttributeRow::kUnsigned == AttributeType::kUnsigned);
-static_assert(SystemAttributeRow::kAction == AttributeType::kAction);
-static_assert(SystemAttributeRow::kSet == AttributeType::kSet);
-static_assert(SystemAttributeRow::kURL == AttributeType::kURL);
-static_assert(SystemAttributeRow::kList == AttributeType::kList);
-static_assert(SystemAttributeRow::kFont == AttributeType::kFont);
-static_assert(SystemAttributeRow::kInterval == AttributeType::kInterval);
-static_assert(SystemAttributeRow::kDictionary == AttributeType::kDictionary);
+static_assert(int(SystemAttributeRow::kString) == int(AttributeType::kString));
+static_assert(int(SystemAttributeRow::kColor) == int(AttributeType::kColor));
+static_assert(int(SystemAttributeRow::kNumber) == int(AttributeType::kNumber));
+static_assert(int(SystemAttributeRow::kFile) == int(AttributeType::kFile));
+static_assert(int(SystemAttributeRow::kBoolean) == int(AttributeType::kBoolean));
+static_assert(int(SystemAttributeRow::kDate) == int(AttributeType::kDate));
+static_assert(int(SystemAttributeRow::kUnsigned) == int(AttributeType::kUnsigned));
+static_assert(int(SystemAttributeRow::kAction) == int(AttributeType::kAction));
+static_assert(int(SystemAttributeRow::kSet) == int(AttributeType::kSet));
+static_assert(int(SystemAttributeRow::kURL) == int(AttributeType::kURL));
+static_assert(int(SystemAttributeRow::kList) == int(AttributeType::kList));
+static_assert(int(SystemAttributeRow::kFont) == int(AttributeType::kFont));
+static_assert(int(SystemAttributeRow::kInterval) == int(AttributeType::kInterval));
+static_assert(int(SystemAttributeRow::kDictionary) == int(AttributeType::kDictionary));
 
 static InitialAttributes::ColorFileReader& TheColorFileReader() {
     static InitialAttributes::ColorFileReader reader;

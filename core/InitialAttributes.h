@@ -61,7 +61,9 @@ public:
     static void SetLinkTypeFileReader(LinkTypeFileReader reader);
 
     // Named colours: the scheme for the system's appearance, or "colors.xml"
-    // when the scheme is missing. Does nothing until a reader is installed.
+    // when the scheme is missing. Does nothing until a reader is installed:
+    // a new document has already loaded the configured colours and link
+    // types when it made its tables, so the readers only replace them.
     void ReadColors(Hypertext* hypertext, bool dark = false);
     // Link types from "linkTypes.xml". Does nothing until a reader is installed.
     void ReadLinkTypes(Hypertext* hypertext);
