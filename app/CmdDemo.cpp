@@ -1,56 +1,64 @@
-// `rylvane demo`: builds a small document in memory and prints its outline.
+// `rylvane demo`: opens the sample document that comes with the program and
+// prints its outline: each note with its prototype, its links, and a word on
+// its text.
 #include <iostream>
 
 #include "Commands.h"
+#include "Content.h"
+#include "DocumentFile.h"
 #include "Hypertext.h"
+#include "Link.h"
 #include "Node.h"
 #include "NodeHelpers.h"
+#include "NodeLinks.h"
 
 namespace {
 
-void PrintOutline(Node* node, int depth) {
-    for (Node* n = node->Son(); n; n = n->Brother()) {
-        std::cout << std::string(depth * 2, ' ') << n->Name();
-        for (const char* attr : {"Prototype", "Color", "MyNumber", "MyDate"}) {
-            const Value* v = n->Get(attr);
-            std::string text = n->GetString(attr);
-            NodeDefaults defaults(n);
-            if (v && !text.empty() && !defaults.UsesDefault(attr))
-                std::cout << "\t" << attr << "=" << text;
-        }
+void PrintOutline(const Node* node, int depth) {
+    for (const Node* n = node->Son(); n; n = n->Brother()) {
+        std::cout << std::string(static_cast<size_t>(depth) * 2, ' ') << n->Name();
+        std::string notes;
+        auto add = [&notes](const std::string& part) { notes += (notes.empty() ? "" : ", ") + part; };
         if (n->IsAlias())
-            std::cout << "\t(alias)";
+            add("alias");
+        if (n->GetBoolean("IsPrototype"))
+            add("prototype");
+        if (const Node* prototype = n->GetPrototype(); prototype && !n->IsAlias())
+            add("prototype " + prototype->Name());
+        LinkBundle out = NodeLinks(n).OutboundLinks().OmitPrototypes();
+        for (const Link* link : out)
+            add(link->Name() + " link to " + (link->IsWebLink() ? link->URL() : link->DestNode()->Name()));
+        NodeText text(n);
+        if (n->IsAlias())
+            ;
+        else if (text.HasRTFD())
+            add("styled text with " + std::to_string(text.PictureCount()) + " picture(s)");
+        else if (text.HasRTF())
+            add("styled text");
+        else if (text.HasText())
+            add(std::to_string(text.WordCount()) + " words of text");
+        if (!notes.empty())
+            std::cout << "  (" << notes << ")";
         std::cout << "\n";
         PrintOutline(n, depth + 1);
     }
 }
 
 int RunDemo() {
-    Hypertext doc;
-    NodeMaker make(&doc);
-    Node* protos = make.MakeNode("Prototypes", nullptr, nullptr, 0, 0);
-    Node* task = make.MakeNode("Task", protos, nullptr, 0, 0);
-    task->SetBoolean("IsPrototype", true);
-    task->Set("Color", "#d04040");
-    Node* projects = make.MakeNode("Projects", nullptr, protos, 0, 0);
-    Node* garden = make.MakeNode("Garden", projects, nullptr, 0, 0);
-    Node* dig = make.MakeNode("Dig the beds", garden, nullptr, 0, 0);
-    dig->Set("Prototype", "Task");
-    dig->Set("MyNumber", "1,250");
-    dig->Set("MyDate", "2026-03-01");
-    Node* sow = make.MakeNode("Sow", garden, dig, 0, 0);
-    sow->Set("Prototype", "Task");
-    sow->Set("Color", "#40a040");
-    Node* inbox = make.MakeNode("Inbox", nullptr, projects, 0, 0);
-    make.MakeAlias(sow, inbox, nullptr);
-    PrintOutline(doc.Root(), 0);
+    std::string path = std::string(RYLVANE_SAMPLES) + "/demo.ryl";
+    std::string error;
+    auto hypertext = OpenDocument(path, error);
+    if (!hypertext)
+        return CommandFailure(error);
+    std::cout << path << "\n";
+    PrintOutline(hypertext->Root(), 0);
     return 0;
 }
 
 CommandRegistration registration(
     "demo",
     [](CLI::App& app, CommandResult& result) {
-        auto* cmd = app.add_subcommand("demo", "Build a small document and print its outline");
+        auto* cmd = app.add_subcommand("demo", "Open the sample document and print its outline");
         cmd->callback([&result] { result.code = RunDemo(); });
     },
     10);

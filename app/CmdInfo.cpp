@@ -29,7 +29,7 @@ int RunInfo(const InfoState& state) {
     long userAttributes = 0;
     long attributes = 0;
     for (const Attribute* a : hypertext->AttributeStorage()->InTreeOrder()) {
-        if (a->IsAttributeCategory() || !a->IsValid())
+        if (a->IsAttributeCategory() || !a->IsValid() || a->Name() == "User")
             continue;
         ++attributes;
         if (a->IsUserAttribute())
