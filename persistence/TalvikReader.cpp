@@ -463,7 +463,9 @@ void TalvikReader::MakeAliases() {
 
 void TalvikReader::MakePrototypes() {
     NodeIndex* index = hypertext->GetIndex();
-    for (auto& [node, name] : prototypeRequests) {
+    for (auto& request : prototypeRequests) {
+        Node* node = request.first;
+        const std::string& name = request.second;
         Node* prototype = index ? index->FindPrototype(name) : nullptr;
         if (!prototype)
             prototype = HypertextFacade(hypertext).First([&name](Node* n) { return !n->IsHidden() && n->Name() == name; });

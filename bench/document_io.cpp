@@ -1,0 +1,228 @@
+// Reading and writing a large document: 100,000 notes of 7 attributes and
+// 60 words of text each, with 20,000 links, about 70 MB of XML.
+//
+// BM_ExpatOnly parses the same bytes with expat and empty handlers: the
+// floor that reading and writing are measured against. BM_ReadPeakMemory
+// reads the file from disk in a child process and reports the peak resident
+// memory the read added, against the file's size.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <expat.h>
+
+#include "AttributeInfo.h"
+#include "Attribute.h"
+#include "Hypertext.h"
+#include "LinkType.h"
+#include "Node.h"
+#include "NodeHelpers.h"
+#include "NodeLinks.h"
+#include "TalvikReader.h"
+#include "TalvikWriter.h"
+
+namespace {
+
+constexpr int kNotes = 100000;
+constexpr int kLinks = 20000;
+constexpr int kWords = 60;
+
+const char* const kVocabulary[] = {
+    "garden", "bean",   "pea",    "soil",   "spring",  "water",  "light",  "seed",   "row",     "compost",
+    "harvest", "winter", "frost",  "shade",  "leaf",    "root",   "stem",   "flower", "bee",     "weed",
+    "spade",  "rake",   "hoe",    "plan",   "notebook", "idea",   "project", "people", "meeting", "letter",
+    "river",  "stone",  "path",   "fence",  "gate",    "orchard", "apple",  "pear",   "plum",    "cherry",
+    "the",    "a",      "and",    "of",     "to",      "in",     "with",   "for",    "on",      "by",
+};
+
+std::string Words(std::mt19937& random, int count) {
+    std::uniform_int_distribution<size_t> pick(0, std::size(kVocabulary) - 1);
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        if (i)
+            text += (i % 12 == 0) ? ". " : " ";
+        text += kVocabulary[pick(random)];
+    }
+    return text + ".";
+}
+
+std::unique_ptr<Hypertext> MakeDocument() {
+    auto doc = std::make_unique<Hypertext>();
+    std::mt19937 random(42);
+    AttributeInfo info(doc.get());
+    info.CreateBasicAttribute("Priority", "User", true, AttributeType::kNumber);
+    info.CreateBasicAttribute("Status", "User", true, AttributeType::kString);
+    info.CreateBasicAttribute("Tags", "User", true, AttributeType::kSet);
+    info.CreateBasicAttribute("Due", "User", true, AttributeType::kDate);
+    NodeMaker maker(doc.get());
+    std::vector<Node*> notes;
+    notes.reserve(kNotes);
+    Node* container = nullptr;
+    Node* last = nullptr;
+    static const char* const statuses[] = {"open", "done", "waiting", "someday"};
+    static const char* const colors[] = {"red", "green", "light blue", "warm gray dark", "#336699"};
+    for (int i = 0; i < kNotes; ++i) {
+        Node* parent = nullptr;
+        if (i % 100 != 0) {
+            parent = container;
+        }
+        Node* after = parent ? last : (container ? container : nullptr);
+        Node* note = maker.MakeDontInitialize("note " + std::to_string(i), parent, after, i % 17, i % 23);
+        if (i % 100 == 0) {
+            container = note;
+            last = nullptr;
+        } else {
+            last = note;
+        }
+        note->Set("Color", colors[i % 5]);
+        note->Set("Priority", std::to_string(i % 9 + 1));
+        note->Set("Status", statuses[i % 4]);
+        note->Set("Tags", std::string(kVocabulary[i % 20]) + ";" + kVocabulary[(i + 7) % 20]);
+        note->Set("Due", "2026-" + std::to_string(i % 12 + 1) + "-" + std::to_string(i % 28 + 1));
+        NodeText(note).SetText(Words(random, kWords));
+        notes.push_back(note);
+    }
+    std::uniform_int_distribution<size_t> pick(0, notes.size() - 1);
+    static const char* const types[] = {"*untitled", "agree", "example", "source"};
+    for (int i = 0; i < kLinks; ++i)
+        NodeLinks(notes[pick(random)]).CreateLink(notes[pick(random)], types[i % 4]);
+    doc->UpdateOutlineOrder();
+    return doc;
+}
+
+struct Fixture {
+    std::unique_ptr<Hypertext> doc;
+    std::string bytes;
+    std::string path;
+};
+
+Fixture& Shared() {
+    static Fixture* fixture = [] {
+        auto* f = new Fixture;
+        f->doc = MakeDocument();
+        std::ostringstream out;
+        TalvikWriter(f->doc.get()).Write(out);
+        f->bytes = out.str();
+        f->path = "/tmp/rylvane-bench-document-" + std::to_string(::getpid()) + ".ryl";
+        std::ofstream(f->path, std::ios::binary) << f->bytes;
+        return f;
+    }();
+    return *fixture;
+}
+
+void XMLCALL NoStart(void*, const XML_Char*, const XML_Char**) {}
+void XMLCALL NoEnd(void*, const XML_Char*) {}
+void XMLCALL NoText(void*, const XML_Char*, int) {}
+
+void BM_ExpatOnly(benchmark::State& state) {
+    const std::string& bytes = Shared().bytes;
+    for (auto _ : state) {
+        XML_Parser parser = XML_ParserCreate("UTF-8");
+        XML_SetElementHandler(parser, NoStart, NoEnd);
+        XML_SetCharacterDataHandler(parser, NoText);
+        bool ok = XML_Parse(parser, bytes.data(), static_cast<int>(bytes.size()), XML_TRUE) == XML_STATUS_OK;
+        XML_ParserFree(parser);
+        if (!ok)
+            state.SkipWithError("expat refused the document");
+    }
+    state.counters["MB"] = static_cast<double>(bytes.size()) / 1e6;
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes.size()));
+}
+BENCHMARK(BM_ExpatOnly)->Unit(benchmark::kMillisecond)->MinTime(3);
+
+void BM_Read(benchmark::State& state) {
+    const std::string& bytes = Shared().bytes;
+    long notes = 0;
+    for (auto _ : state) {
+        auto doc = std::make_unique<Hypertext>();
+        TalvikReader reader(doc->Root());
+        if (!reader.Read(bytes))
+            state.SkipWithError(reader.ErrorMessage().c_str());
+        notes = reader.NoteCount();
+        state.PauseTiming();
+        doc.reset();
+        state.ResumeTiming();
+    }
+    state.counters["notes"] = static_cast<double>(notes);
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes.size()));
+}
+BENCHMARK(BM_Read)->Unit(benchmark::kMillisecond)->MinTime(3);
+
+void BM_Write(benchmark::State& state) {
+    Fixture& f = Shared();
+    size_t size = 0;
+    for (auto _ : state) {
+        std::ostringstream out;
+        TalvikWriter(f.doc.get()).Write(out);
+        size = static_cast<size_t>(out.tellp());
+        benchmark::DoNotOptimize(size);
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * size));
+}
+BENCHMARK(BM_Write)->Unit(benchmark::kMillisecond)->MinTime(3);
+
+long ResidentKB(const char* field) {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind(field, 0) == 0)
+            return std::stol(line.substr(std::string(field).size()));
+    return 0;
+}
+
+// In a child process that has made nothing else: the peak resident memory a
+// read of the file from disk adds, in MB, written to the pipe.
+void BM_ReadPeakMemory(benchmark::State& state) {
+    Fixture& f = Shared();
+    double addedMB = 0;
+    for (auto _ : state) {
+        int fds[2];
+        if (::pipe(fds) != 0) {
+            state.SkipWithError("no pipe");
+            return;
+        }
+        pid_t child = ::fork();
+        if (child == 0) {
+            ::close(fds[0]);
+            // Start from a small process: drop the parent's document image.
+            long before = ResidentKB("VmRSS:");
+            auto doc = std::make_unique<Hypertext>();
+            TalvikReader reader(doc->Root());
+            bool ok = reader.ReadFile(f.path);
+            long peak = ResidentKB("VmHWM:");
+            long after = ResidentKB("VmRSS:");
+            char line[128];
+            int n = std::snprintf(line, sizeof line, "%d %ld %ld %ld\n", ok ? 1 : 0, before, peak, after);
+            (void)!::write(fds[1], line, static_cast<size_t>(n));
+            ::_exit(0);
+        }
+        ::close(fds[1]);
+        char line[128] = {};
+        (void)!::read(fds[0], line, sizeof line - 1);
+        ::close(fds[0]);
+        ::waitpid(child, nullptr, 0);
+        int ok = 0;
+        long before = 0, peak = 0, after = 0;
+        std::sscanf(line, "%d %ld %ld %ld", &ok, &before, &peak, &after);
+        if (!ok)
+            state.SkipWithError("the read failed");
+        addedMB = static_cast<double>(after - before) / 1024.0;
+        state.counters["peak_added_MB"] = static_cast<double>(peak - before) / 1024.0;
+    }
+    state.counters["after_read_MB"] = addedMB;
+    state.counters["file_MB"] = static_cast<double>(f.bytes.size()) / (1024.0 * 1024.0);
+    state.counters["ratio_after_to_file"] = addedMB / (static_cast<double>(f.bytes.size()) / (1024.0 * 1024.0));
+}
+BENCHMARK(BM_ReadPeakMemory)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+}  // namespace
+
+BENCHMARK_MAIN();
