@@ -619,6 +619,7 @@ const Value* Node::InheritedValue(const Attribute* attribute) const {
     constexpr int kUnguardedSteps = 32;
     int steps = 0;
     std::unique_ptr<std::unordered_set<const Node*>> seen;
+    const uint64_t bit = attribute->SummaryBit();
     while (p && p != current) {
         if (++steps > kUnguardedSteps) {
             if (!seen)
@@ -626,7 +627,7 @@ const Value* Node::InheritedValue(const Attribute* attribute) const {
             if (!seen->insert(p).second)
                 return nullptr;
         }
-        if (const Value* v = p->properties.Get(attribute))
+        if (const Value* v = p->properties.Get(attribute, bit))
             return v;
         current = p;
         p = PrototypeOf(p, p->prototypeCache.get());

@@ -23,10 +23,13 @@ public:
     PropertyList& operator=(const PropertyList&) = delete;
     ~PropertyList();
 
-    const Value* Get(const Attribute* attribute) const {
+    const Value* Get(const Attribute* attribute) const { return Get(attribute, BitOf(attribute)); }
+    // The same with the attribute's summary bit already looked up, for walks
+    // that ask many lists about one attribute.
+    const Value* Get(const Attribute* attribute, uint64_t bit) const {
         // Most misses are answered by the summary without a scan: reads
         // through prototype chains miss on every note but the last.
-        if (!(summary & BitOf(attribute)))
+        if (!(summary & bit))
             return nullptr;
         for (const Entry& e : entries)
             if (e.first == attribute)
