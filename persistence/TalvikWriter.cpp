@@ -104,6 +104,7 @@ bool TalvikWriter::ToClip(std::ostream& out, const NodeVector& nodes) {
             tops.push_back(n);
     }
     renumbering = true;
+    clipTops.assign(tops.begin(), tops.end());
     renumbered.clear();
     nextNumber = 1;
     for (Node* n : tops)
@@ -117,6 +118,7 @@ bool TalvikWriter::ToClip(std::ostream& out, const NodeVector& nodes) {
         End(w);
     }
     renumbering = false;
+    clipTops.clear();
     return static_cast<bool>(out);
 }
 
@@ -251,6 +253,11 @@ bool TalvikWriter::CanWrite(const Node* node) const {
     if (node->IsAlias()) {
         const Node* original = node->GetOriginal();
         if (!original || original == node || original->IsHidden())
+            return false;
+        // A clip holds only what it can describe by its own numbers: the ids
+        // of notes outside it would be read as those of clipped notes.
+        if (renumbering && std::none_of(clipTops.begin(), clipTops.end(),
+                                        [original](const Node* top) { return original->IsDescendedFrom(top); }))
             return false;
     }
     return true;

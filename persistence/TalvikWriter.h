@@ -11,6 +11,7 @@
 #include <map>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "NodeVector.h"
 
@@ -70,6 +71,8 @@ private:
 
     const Hypertext* hypertext;
     bool renumbering = false;
+    // The notes a clip was asked for; their descendants come along.
+    std::vector<const Node*> clipTops;
     std::map<uint32_t, uint32_t> renumbered;
     uint32_t nextNumber = 1;
 };
