@@ -43,7 +43,11 @@ int RunRylvane(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        return app.exit(e);
+        // Help and the version are answers; anything else is wrong use,
+        // reported as the one line of a failure.
+        if (e.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+            return app.exit(e);
+        return CommandFailure(std::string(e.what()) + " (see rylvane --help)");
     }
     if (app.get_subcommands().empty()) {
         std::cout << app.help();
