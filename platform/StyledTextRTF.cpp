@@ -481,19 +481,7 @@ private:
     }
 
     std::u16string Decode(const std::string& bytes) {
-        if (!converter && !converterFailed) {
-            UErrorCode status = U_ZERO_ERROR;
-            converter = ucnv_open(codePage.c_str(), &status);
-            if (U_FAILURE(status)) {
-                converter = nullptr;
-                status = U_ZERO_ERROR;
-                converter = ucnv_open("windows-1252", &status);
-                if (U_FAILURE(status)) {
-                    converter = nullptr;
-                    converterFailed = true;
-                }
-            }
-        }
+        OpenConverter();
         std::u16string out;
         if (!converter) {
             for (unsigned char b : bytes)
@@ -508,6 +496,27 @@ private:
             return std::u16string(bytes.size(), 0xFFFD);
         out.resize(static_cast<size_t>(n));
         return out;
+    }
+
+    void OpenConverter() {
+        if (!converter && !converterFailed) {
+            UErrorCode status = U_ZERO_ERROR;
+            converter = ucnv_open(codePage.c_str(), &status);
+            if (U_FAILURE(status)) {
+                converter = nullptr;
+                status = U_ZERO_ERROR;
+                converter = ucnv_open("windows-1252", &status);
+                if (U_FAILURE(status)) {
+                    converter = nullptr;
+                    converterFailed = true;
+                }
+            }
+        }
+    }
+
+    bool MultiByteCodePage() {
+        OpenConverter();
+        return converter && ucnv_getMaxCharSize(converter) > 1;
     }
 
     void SetCodePage(const std::string& name) {
@@ -588,7 +597,9 @@ private:
             }
             if (digits == 0 || TakeSkip())
                 return;
-            if (value < 0x80) {
+            // In a double-byte code page the second byte of a character may
+            // be below 0x80 (\'95\'5c is one character), so it joins the lead byte.
+            if (value < 0x80 && (pendingBytes.empty() || !MultiByteCodePage())) {
                 FlushBytes();
                 Character(static_cast<char16_t>(value));
             } else {
