@@ -191,6 +191,14 @@ TEST_F(Commands, EveryFailureIsOneLineAndLeavesTheFileAsItWas) {
     ExpectFailure(R({"rm", newer, "/A"}), newer + ": line 2, column ");
     EXPECT_EQ(Slurp(newer), v4);
 
+    // The file names the version of the program that wrote it.
+    std::string version = R({"--version"}).out;
+    ASSERT_EQ(version.rfind("rylvane ", 0), 0u) << version;
+    version = version.substr(8, version.size() - 9);
+    EXPECT_NE(before.find("<rylvane version=\"2\" revision=\"13\" savedBy=\"" + version + "\" uuid=\""),
+              std::string::npos)
+        << before.substr(0, 200);
+
     // A document that cannot be made says why.
     ExpectFailure(R({"new", (dir / "no" / "such" / "x.ryl").string()}), "cannot write beside it");
     ExpectFailure(R({"new", file}), file + ": already exists");
