@@ -408,3 +408,155 @@ TEST(DocumentFormat, AClipPastesItsAliasesLinksAndTextAsTheyWere) {
     EXPECT_EQ(out[0]->DestNode(), kids[1]);
     EXPECT_EQ(NodeLinks(outside).InboundLinks().size(), 1u);
 }
+
+namespace {
+
+// Checks every `attrib` element under `item`: its `parent` names the element
+// it stands in, and its XML attributes come in the order of the format.
+void CheckAttribNesting(const XMLItem* item, const std::string& fatherName, int& count) {
+    static const std::vector<std::string> order = {"Name",      "parent",    "editable",  "visibleInEditor",
+                                                   "kind",      "type",      "sequential", "canInherit",
+                                                   "suggested", "description", "default"};
+    for (const XMLItem* child = item->Son(); child; child = child->Brother()) {
+        if (child->Name() != "attrib")
+            continue;
+        ++count;
+        const XMLAttributes& a = child->Attributes();
+        std::string name = a.GetString("Name");
+        EXPECT_EQ(a.GetString("parent"), fatherName) << name;
+        EXPECT_EQ(a.Has("parent"), !fatherName.empty()) << name;
+        std::vector<std::string> names;
+        for (const auto& [key, value] : a.Items())
+            names.push_back(key);
+        EXPECT_TRUE(std::is_sorted(names.begin(), names.end(), [](const std::string& x, const std::string& y) {
+            return std::find(order.begin(), order.end(), x) < std::find(order.begin(), order.end(), y);
+        })) << name;
+        CheckAttribNesting(child, name, count);
+    }
+}
+
+} // namespace
+
+TEST(DocumentFormat, AttributeDefinitionsNestAsTheirCategoriesAndReadBackByKind) {
+    Hypertext doc;
+    AttributeInfo info(&doc);
+    Attribute* weight = info.CreateBasicAttribute("Weight", "User", true, AttributeType::kNumber);
+    weight->BeSequential(true);
+    weight->CanInherit(false);
+    weight->VisibleInEditor(false);
+    weight->SuggestedValues("1;2;10");
+    weight->SetDescription("kilograms, \"net\"");
+    weight->SetDefault("2.5");
+    info.CreateBasicAttribute("Remark", "User", true, AttributeType::kString);
+    std::string bytes = Save(doc);
+
+    // Every attribute element stands inside the one its `parent` names.
+    XMLReader reader;
+    ASSERT_TRUE(reader.Parse(bytes));
+    int count = 0;
+    CheckAttribNesting(reader.GetNodeList(), "", count);
+    EXPECT_GT(count, 300);
+    // A number attribute with every flag: all in order; a string attribute
+    // leaves out its type and what is unset.
+    EXPECT_EQ(AttributeOrder(TagHolding(bytes, "<attrib Name=\"Weight\"")),
+              (std::vector<std::string>{"Name", "parent", "editable", "visibleInEditor", "type", "sequential",
+                                        "canInherit", "suggested", "description", "default"}));
+    EXPECT_NE(TagHolding(bytes, "<attrib Name=\"Weight\"").find("canInherit=\"0\" suggested=\"1;2;10\""),
+              std::string::npos)
+        << TagHolding(bytes, "<attrib Name=\"Weight\"");
+    EXPECT_EQ(AttributeOrder(TagHolding(bytes, "<attrib Name=\"Remark\"")),
+              (std::vector<std::string>{"Name", "parent", "editable", "visibleInEditor", "default"}));
+    // A preference attribute names its kind.
+    EXPECT_NE(TagHolding(bytes, "<attrib Name=\"TextExportTemplate\"").find(" kind=\"10\" "), std::string::npos);
+
+    std::string error;
+    auto copy = Load(bytes, &error);
+    ASSERT_TRUE(copy) << error;
+    EXPECT_EQ(DocumentDifference(doc, *copy), "");
+
+    // A system attribute takes its default and suggestions from the file,
+    // but not its type, description or other flags.
+    std::string edited = bytes;
+    std::string tag = TagHolding(edited, "<attrib Name=\"Badge\"");
+    ASSERT_FALSE(tag.empty());
+    std::string changed = tag;
+    changed.replace(changed.find("default=\""), 9, "type=\"2\" canInherit=\"0\" suggested=\"star;flag\" "
+                                                   "description=\"changed\" default=\"flag");
+    edited.replace(edited.find(tag), tag.size(), changed);
+    // An unknown attribute that names a kind is a preference attribute; one
+    // that names an unknown parent goes under the root of the table.
+    std::string added = "<attrib Name=\"MyPref\" parent=\"User\" editable=\"1\" visibleInEditor=\"1\" kind=\"10\" "
+                        "default=\"\" ></attrib>\n<attrib Name=\"Stray\" parent=\"Nowhere\" editable=\"0\" "
+                        "visibleInEditor=\"1\" type=\"4\" default=\"true\" ></attrib>\n";
+    edited.insert(edited.find("<colors"), added);
+    auto read = Load(edited, &error);
+    ASSERT_TRUE(read) << error;
+    Props* props = read->AttributeStorage();
+    Attribute* badge = props->GetAttribute("Badge");
+    EXPECT_EQ(badge->GetDefaultValueAsString(), "flag");
+    EXPECT_EQ(badge->SuggestedValues().ToString(";"), "star;flag");
+    EXPECT_EQ(badge->GetType(), AttributeType::kString);
+    EXPECT_TRUE(badge->CanInherit());
+    EXPECT_EQ(badge->Description(), doc.AttributeStorage()->GetAttribute("Badge")->Description());
+    ASSERT_TRUE(props->Has("MyPref"));
+    EXPECT_TRUE(props->GetAttribute("MyPref")->IsPreferenceAttribute());
+    EXPECT_EQ(props->GetAttribute("MyPref")->GetKind(), 10);
+    ASSERT_TRUE(props->Has("Stray"));
+    EXPECT_FALSE(props->GetAttribute("Stray")->IsEditable());
+    EXPECT_EQ(props->GetAttribute("Stray")->GetType(), AttributeType::kBoolean);
+    EXPECT_EQ(read->Root()->GetString("Stray"), "true");
+}
+
+TEST(DocumentFormat, PreferencesOlderFilesAndWhatCountsAsADocument) {
+    Hypertext doc;
+    doc.GetPreferences()->Set("LastVersionSeen", "7.1");
+    doc.GetPreferences()->Set("Odd key & <more>", "value with\nline and \"quotes\"");
+    doc.GetPreferences()->Set("HTMLExportExtension", ".htm");
+    Add(doc, "only");
+    std::string bytes = Save(doc);
+    std::string error;
+    auto copy = Load(bytes, &error);
+    ASSERT_TRUE(copy) << error;
+    EXPECT_EQ(copy->GetPreferences()->Get("LastVersionSeen"), "7.1");
+    EXPECT_EQ(copy->GetPreferences()->Get("Odd key & <more>"), "value with\nline and \"quotes\"");
+    // The export extension of earlier documents becomes the preferred one when
+    // it is ".html" or empty, and stays when the document chose another.
+    EXPECT_EQ(copy->AttributeStorage()->GetAttribute("HTMLExportExtension")->GetDefaultValueAsString(), ".htm");
+    std::string chosen = bytes;
+    std::string tag = TagHolding(chosen, "<attrib Name=\"HTMLExportExtension\"");
+    ASSERT_NE(tag.find("default=\".html\""), std::string::npos) << tag;
+    std::string php = tag;
+    php.replace(php.find("default=\".html\""), 15, "default=\".php\"");
+    chosen.replace(chosen.find(tag), tag.size(), php);
+    auto kept = Load(chosen, &error);
+    ASSERT_TRUE(kept) << error;
+    EXPECT_EQ(kept->AttributeStorage()->GetAttribute("HTMLExportExtension")->GetDefaultValueAsString(), ".php");
+
+    // Earlier versions and revisions read; a later version does not.
+    for (const std::string& root : {std::string("<rylvane version=\"1\" >"), std::string("<rylvane revision=\"9\" >"),
+                                    std::string("<rylvane version=\"2\" revision=\"99\" >")}) {
+        std::string old = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n" + root +
+                          "<item ID=\"3\" Creator=\"x\" ><attribute name=\"Name\">r</attribute>"
+                          "<item ID=\"4\" Creator=\"x\" ><attribute name=\"Name\">c</attribute></item></item>"
+                          "</rylvane>";
+        auto read = Load(old, &error);
+        ASSERT_TRUE(read) << root << ": " << error;
+        EXPECT_EQ(read->Root()->Son()->Name(), "c");
+    }
+    for (const std::string version : {"3", "10"}) {
+        std::string newer = bytes;
+        newer.replace(newer.find("version=\"2\""), 11, "version=\"" + version + "\"");
+        EXPECT_FALSE(Load(newer, &error)) << version;
+        EXPECT_NE(error.find("version " + version), std::string::npos) << error;
+    }
+
+    // The mark must stand within the first 1024 bytes.
+    std::string comment = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<!--" + std::string(900, 'x') + "-->\n";
+    std::string body = bytes.substr(bytes.find('\n') + 1);
+    EXPECT_TRUE(Load(comment + body, &error)) << error;
+    std::string longComment = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<!--" + std::string(1100, 'x') + "-->\n";
+    EXPECT_FALSE(Load(longComment + body, &error));
+    EXPECT_EQ(error, "not a Rylvane document");
+    EXPECT_TRUE(TalvikReader::CouldBeXML(std::string(1016, ' ') + "<rylvane"));
+    EXPECT_FALSE(TalvikReader::CouldBeXML(std::string(1017, ' ') + "<rylvane"));
+}
