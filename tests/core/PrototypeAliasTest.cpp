@@ -36,6 +36,10 @@ TEST(Aliases, ShareInheritableValuesAndKeepIntrinsicOnes) {
     EXPECT_TRUE(alias->IsHidden());
     EXPECT_EQ(alias->GetString("Color"), "");
     original->Show();
+    // Show leaves relinking to the caller; the aliases go back by themselves.
+    EXPECT_EQ(original->Father(), nullptr);
+    NodePosition(original).DoMoveToInternal(doc.Root(), nullptr, 0, 0);
+    EXPECT_EQ(original->Father(), doc.Root());
     EXPECT_FALSE(alias->IsHidden());
     EXPECT_EQ(alias->Father(), box);
     EXPECT_EQ(alias->GetString("Color"), "red");
