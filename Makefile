@@ -2,9 +2,17 @@
 JOBS ?= $(shell nproc)
 BUILD ?= build
 GEN := $(shell command -v ninja >/dev/null 2>&1 && echo Ninja || echo "Unix Makefiles")
+# Seconds each fuzz target runs in `make fuzz`.
 FUZZ_SECONDS ?= 60
+# The sanitizer builds are optimised a little: -O0 code under AddressSanitizer
+# runs several times slower, and -O1 keeps stack traces exact.
+SAN_FLAGS ?= -O1 -gline-tables-only
+# One clang build with AddressSanitizer and UndefinedBehaviorSanitizer serves
+# both the sanitized test suite and the fuzz targets.
+ASAN_BUILD ?= build-asan
+TSAN_BUILD ?= build-tsan
 
-.PHONY: all deps configure build demo test bench fuzz check-sanitize check-thread clean
+.PHONY: all deps configure build demo test bench fuzz check-sanitize check-thread configure-asan clean
 
 all: build
 
@@ -29,20 +37,23 @@ test: build
 bench: build
 	scripts/run-bench $(BUILD)
 
-fuzz: deps
-	CC=clang CXX=clang++ cmake -S . -B build-fuzz -G "$(GEN)" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DRYL_FUZZ=ON -DRYL_TESTS=OFF
-	cmake --build build-fuzz -j $(JOBS)
-	scripts/run-fuzz build-fuzz $(FUZZ_SECONDS)
+configure-asan: deps
+	CC=clang CXX=clang++ cmake -S . -B $(ASAN_BUILD) -G "$(GEN)" -DCMAKE_BUILD_TYPE=Debug \
+	  -DCMAKE_CXX_FLAGS_DEBUG="$(SAN_FLAGS)" -DRYL_FUZZ=ON -DRYL_TESTS=ON
 
-check-sanitize: deps
-	cmake -S . -B build-asan -G "$(GEN)" -DCMAKE_BUILD_TYPE=Debug -DRYL_SANITIZE=address,undefined
-	cmake --build build-asan -j $(JOBS)
-	cd build-asan && ctest --output-on-failure -j $(JOBS)
+check-sanitize: configure-asan
+	cmake --build $(ASAN_BUILD) -j $(JOBS)
+	cd $(ASAN_BUILD) && ctest --output-on-failure -j $(JOBS)
+
+fuzz: configure-asan
+	cmake --build $(ASAN_BUILD) -j $(JOBS) --target fuzz_targets
+	scripts/run-fuzz $(ASAN_BUILD) $(FUZZ_SECONDS)
 
 check-thread: deps
-	cmake -S . -B build-tsan -G "$(GEN)" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DRYL_SANITIZE=thread
-	cmake --build build-tsan -j $(JOBS)
-	cd build-tsan && ctest --output-on-failure -j $(JOBS) -L thread || (cd build-tsan && ctest --output-on-failure -j $(JOBS))
+	CC=clang CXX=clang++ cmake -S . -B $(TSAN_BUILD) -G "$(GEN)" -DCMAKE_BUILD_TYPE=Debug \
+	  -DCMAKE_CXX_FLAGS_DEBUG="$(SAN_FLAGS)" -DRYL_SANITIZE=thread
+	cmake --build $(TSAN_BUILD) -j $(JOBS)
+	cd $(TSAN_BUILD) && ctest --output-on-failure -j $(JOBS) -L thread
 
 clean:
-	rm -rf $(BUILD) build-asan build-tsan build-fuzz
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) build-fuzz
