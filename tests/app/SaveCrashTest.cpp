@@ -3,6 +3,7 @@
 // the old document byte for byte or the new one, complete and readable.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -17,6 +18,7 @@
 #include <unistd.h>
 
 #include "AttributeInfo.h"
+#include "AttributeType.h"
 #include "Hypertext.h"
 #include "Node.h"
 #include "NodeHelpers.h"
@@ -26,8 +28,8 @@ extern char** environ;
 
 namespace {
 
-constexpr int kTrials = 60;
-constexpr int kNotes = 20000;
+constexpr int kTrials = 50;
+constexpr int kNotes = 8000;
 
 std::string Slurp(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -112,14 +114,19 @@ TEST(SaveCrash, KilledSavesLeaveTheOldOrTheNewDocument) {
     std::ofstream(file, std::ios::binary) << LargeDocument();
     Runner runner(dir);
 
-    // One undisturbed run tells how long a change and save take.
-    auto begin = std::chrono::steady_clock::now();
-    ASSERT_EQ(runner.Run({"set", file, "/note 0/note 1", "Mark", "warm-up"}), 0);
-    auto full = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
+    // Undisturbed runs tell how long a change and save take; the shortest of
+    // three, since the first runs with cold caches.
+    std::chrono::microseconds full = std::chrono::microseconds::max();
+    for (int i = 0; i < 3; ++i) {
+        auto begin = std::chrono::steady_clock::now();
+        ASSERT_EQ(runner.Run({"set", file, "/note 0/note 1", "Mark", "warm-up"}), 0);
+        full = std::min(full, std::chrono::duration_cast<std::chrono::microseconds>(
+                                  std::chrono::steady_clock::now() - begin));
+    }
     ASSERT_GT(full.count(), 0);
 
     std::mt19937 random(20261123);
-    std::uniform_int_distribution<long> moment(0, full.count() * 11 / 10);
+    std::uniform_int_distribution<long> moment(full.count() / 2, full.count() * 21 / 20);
     int keptOld = 0, gotNew = 0;
     for (int trial = 0; trial < kTrials; ++trial) {
         SCOPED_TRACE("trial " + std::to_string(trial));
@@ -142,12 +149,12 @@ TEST(SaveCrash, KilledSavesLeaveTheOldOrTheNewDocument) {
         ASSERT_EQ(runner.Run({"get", file, "/note 0/note 1", "Mark"}, &out), 0)
             << "the file on disk does not read after a kill";
         EXPECT_EQ(out, mark + "\n");
-        ASSERT_EQ(runner.Run({"get", file, "/note 19900/note 19999", "Mark"}, &out), 0);
+        ASSERT_EQ(runner.Run({"get", file, "/note 7900/note 7999", "Mark"}, &out), 0);
         EXPECT_EQ(out, "start\n") << "the last note is missing or changed";
         ++gotNew;
     }
-    // Kills land across the whole run, so most find the old document; the
-    // counts show how many reached the rename.
+    // Kills land in the second half of the run, where the document is
+    // written and renamed; the counts show how many reached the rename.
     std::cout << "kept the old document " << keptOld << " times, saw the new one " << gotNew << " times\n";
 
     // Killed saves may leave their temporary files behind; the document itself
