@@ -22,29 +22,10 @@
 #include "Props.h"
 #include "TalvikReader.h"
 #include "TalvikWriter.h"
+#include "DocumentTestSupport.h"
 #include "XMLReader.h"
 
 namespace {
-
-Node* Add(Hypertext& doc, const std::string& name, Node* parent = nullptr) {
-    Node* after = parent ? parent->YoungestSon() : doc.Root()->YoungestSon();
-    return NodeMaker(&doc).MakeNode(name, parent, after, 1, 2);
-}
-
-std::string Save(const Hypertext& doc) {
-    std::ostringstream out;
-    EXPECT_TRUE(TalvikWriter(&doc).Write(out));
-    return out.str();
-}
-
-std::unique_ptr<Hypertext> Load(const std::string& bytes, std::string* error = nullptr) {
-    auto doc = std::make_unique<Hypertext>();
-    TalvikReader reader(doc->Root());
-    bool ok = reader.Read(bytes);
-    if (error)
-        *error = reader.ErrorMessage();
-    return ok ? std::move(doc) : nullptr;
-}
 
 Node* Named(Hypertext& doc, const std::string& name) {
     return HypertextFacade(&doc).First([&](Node* n) { return !n->IsHidden() && !n->IsAlias() && n->Name() == name; });
@@ -114,12 +95,12 @@ TEST(DocumentFormat, SectionsStandInTheirOrderAndOpaqueOnesComeBackByteForByte) 
                        "<preview>" + Base64::Encode(std::string("\x89PNG\0\x01\x02", 7), 4) + "</preview>\n"
                        "</rylvane>\n";
     std::string error;
-    auto doc = Load(file, &error);
+    auto doc = ReadDocument(file, &error);
     ASSERT_TRUE(doc) << error;
     EXPECT_EQ(doc->UUID(), "1A2B-3C");
     EXPECT_EQ(doc->Preview(), std::string("\x89PNG\0\x01\x02", 7));
 
-    std::string saved = Save(*doc);
+    std::string saved = WriteDocument(*doc);
     for (const std::string* section : {&badges, &gallery, &filters, &searches, &utility, &windows, &macros, &stamps})
         EXPECT_NE(saved.find(*section), std::string::npos) << *section;
     EXPECT_EQ(TalvikWriter(doc.get()).WindowData(), windows);
@@ -135,14 +116,14 @@ TEST(DocumentFormat, SectionsStandInTheirOrderAndOpaqueOnesComeBackByteForByte) 
     EXPECT_NE(saved.find("uuid=\"1A2B-3C\""), std::string::npos);
 
     // A second trip changes nothing at all.
-    auto again = Load(saved, &error);
+    auto again = ReadDocument(saved, &error);
     ASSERT_TRUE(again) << error;
     EXPECT_EQ(DocumentDifference(*doc, *again), "");
-    EXPECT_EQ(Save(*again), saved);
+    EXPECT_EQ(WriteDocument(*again), saved);
 
     // Nothing to carry, nothing written: no empty opaque sections, no preview.
     Hypertext empty;
-    std::vector<std::string> bare = Sections(Save(empty));
+    std::vector<std::string> bare = Sections(WriteDocument(empty));
     EXPECT_EQ(bare, (std::vector<std::string>{"attrib", "colors", "linkTypes", "item", "links", "preferences"}));
 }
 
@@ -152,21 +133,21 @@ TEST(DocumentFormat, OddCharactersInNamesValuesAndTextSurviveOrLeaveWellFormedXm
     info.CreateBasicAttribute("Remark", "User", true, AttributeType::kString);
     info.CreateBasicAttribute("Items", "User", true, AttributeType::kList);
     const std::string name = "<a href=\"x\">Tom & 'Jerry'</a> ]]> \xC3\xA9\xF0\x9F\x98\x80";
-    Node* n = Add(doc, name);
+    Node* n = AddNote(doc, name);
     n->Set("Remark", "line one\nline two\r\n\ttabbed \"q\" 'a' & <b> ]]>");
     n->Set("Items", "x;y&z;<w>");
     NodeText(n).SetText("CRLF\r\nCR\rLF\n\ttab  two  blanks  \xE2\x80\xA8 end ");
-    Node* one = Add(doc, "1");     // the texts "1" and "0" take the short path
+    Node* one = AddNote(doc, "1"); // the texts "1" and "0" take the short path
     one->Set("Remark", "0");
     // Control characters and broken UTF-8 cannot be held by XML: they are
     // left out, and the file still reads.
-    Node* bad = Add(doc, std::string("bad\x01name\xFF\xC3", 11));
+    Node* bad = AddNote(doc, std::string("bad\x01name\xFF\xC3", 11));
     bad->Set("Remark", std::string("nul\0and\x1b[0m", 12));
     NodeText(bad).SetText("\x80\x81 text \xED\xA0\x80 end\x0b");
 
-    std::string bytes = Save(doc);
+    std::string bytes = WriteDocument(doc);
     std::string error;
-    auto copy = Load(bytes, &error);
+    auto copy = ReadDocument(bytes, &error);
     ASSERT_TRUE(copy) << error;
     Node* n2 = Named(*copy, name);
     ASSERT_TRUE(n2);
@@ -181,14 +162,14 @@ TEST(DocumentFormat, OddCharactersInNamesValuesAndTextSurviveOrLeaveWellFormedXm
     EXPECT_EQ(bad2->GetString("Remark"), "nuland[0m");
     EXPECT_EQ(NodeText(bad2).GetText(), " text  end");
     // Reading what was read writes the same bytes.
-    EXPECT_EQ(Save(*copy), bytes);
+    EXPECT_EQ(WriteDocument(*copy), bytes);
 }
 
 TEST(DocumentFormat, LinksKeepEveryFieldTheirOrderAndTheirWrittenForm) {
     Hypertext doc;
-    Node* a = Add(doc, "a");
-    Node* b = Add(doc, "b");
-    Node* c = Add(doc, "c");
+    Node* a = AddNote(doc, "a");
+    Node* b = AddNote(doc, "b");
+    Node* c = AddNote(doc, "c");
     NodeText(a).SetText("see \xF0\x9F\x8C\xB1 the garden plan");
     Link* ab = NodeLinks(a).CreateLink(b, "agree");
     NodeLinks(a).CreateLink(c, "disagree");
@@ -228,7 +209,7 @@ TEST(DocumentFormat, LinksKeepEveryFieldTheirOrderAndTheirWrittenForm) {
     ASSERT_EQ(doc.Links()->PriorityOf(textLink), 0);
     ASSERT_EQ(doc.Links()->PriorityOf(ba), 1);
 
-    std::string bytes = Save(doc);
+    std::string bytes = WriteDocument(doc);
     // A note link: the common attributes, then destid, destcreator, color.
     std::string noteTag = TagHolding(bytes, "<link name=\"example\"");
     EXPECT_EQ(AttributeOrder(noteTag),
@@ -249,7 +230,7 @@ TEST(DocumentFormat, LinksKeepEveryFieldTheirOrderAndTheirWrittenForm) {
     EXPECT_EQ(TagHolding(bytes, "<link name=\"agree\"").find("color="), std::string::npos);
 
     std::string error;
-    auto copy = Load(bytes, &error);
+    auto copy = ReadDocument(bytes, &error);
     ASSERT_TRUE(copy) << error;
     EXPECT_EQ(DocumentDifference(doc, *copy), "");
     LinkBundle all = copy->Links()->All();
@@ -291,13 +272,13 @@ TEST(DocumentFormat, LinksKeepEveryFieldTheirOrderAndTheirWrittenForm) {
 
 TEST(DocumentFormat, AliasesAndPrototypesComeBackWhereverTheyStand) {
     Hypertext doc;
-    Node* early = Add(doc, "Early");
-    Node* protos = Add(doc, "Prototypes");
-    Node* task = Add(doc, "Task", protos);
+    Node* early = AddNote(doc, "Early");
+    Node* protos = AddNote(doc, "Prototypes");
+    Node* task = AddNote(doc, "Task", protos);
     task->SetBoolean("IsPrototype", true);
     task->Set("Color", "red");
-    Node* later = Add(doc, "Later");
-    Node* deep = Add(doc, "Deep", later);
+    Node* later = AddNote(doc, "Later");
+    Node* deep = AddNote(doc, "Deep", later);
     deep->SetPrototype(task, false);
     NodeText(deep).SetText("deep text");
     // An alias that stands before its original in the file, with its own place.
@@ -311,7 +292,7 @@ TEST(DocumentFormat, AliasesAndPrototypesComeBackWhereverTheyStand) {
     // Notes can link to aliases.
     NodeLinks(task).CreateLink(alias, "source");
 
-    std::string bytes = Save(doc);
+    std::string bytes = WriteDocument(doc);
     // No text is written for an alias; its Alias value names the original.
     std::string id = std::to_string(deep->GetID().GetID());
     size_t first = bytes.find("<attribute name=\"Alias\">" + id + "</attribute>");
@@ -323,7 +304,7 @@ TEST(DocumentFormat, AliasesAndPrototypesComeBackWhereverTheyStand) {
               std::string::npos);
 
     std::string error;
-    auto copy = Load(bytes, &error);
+    auto copy = ReadDocument(bytes, &error);
     ASSERT_TRUE(copy) << error;
     EXPECT_EQ(DocumentDifference(doc, *copy), "");
     Node* early2 = Named(*copy, "Early");
@@ -349,23 +330,23 @@ TEST(DocumentFormat, AliasesAndPrototypesComeBackWhereverTheyStand) {
 
     // The prototype is found by name wherever it stands in the file, also after
     // the notes that use it.
-    Node* user = Add(doc, "User of later proto");
-    Node* lateProto = Add(doc, "Late proto");
+    Node* user = AddNote(doc, "User of later proto");
+    Node* lateProto = AddNote(doc, "Late proto");
     lateProto->SetBoolean("IsPrototype", true);
     user->SetPrototype(lateProto, false);
-    auto late = Load(Save(doc), &error);
+    auto late = ReadDocument(WriteDocument(doc), &error);
     ASSERT_TRUE(late) << error;
     EXPECT_EQ(Named(*late, "User of later proto")->GetPrototype(), Named(*late, "Late proto"));
 }
 
 TEST(DocumentFormat, AClipPastesItsAliasesLinksAndTextAsTheyWere) {
     Hypertext doc;
-    Node* outside = Add(doc, "Outside");
+    Node* outside = AddNote(doc, "Outside");
     // The outside note's id is one that the clip will also use for one of its own.
     outside->SetID(2, outside->Creator());
-    Node* box = Add(doc, "Box");
-    Node* inner = Add(doc, "Inner", box);
-    Node* other = Add(doc, "Other", box);
+    Node* box = AddNote(doc, "Box");
+    Node* inner = AddNote(doc, "Inner", box);
+    Node* other = AddNote(doc, "Other", box);
     NodeText(inner).SetText("inner text");
     StyledText styled("Styled \\ {braces}");
     TextStyle bold;
@@ -385,7 +366,7 @@ TEST(DocumentFormat, AClipPastesItsAliasesLinksAndTextAsTheyWere) {
     std::ostringstream clip;
     ASSERT_TRUE(TalvikWriter(&doc).ToClip(clip, selection));
 
-    Node* target = Add(doc, "Target");
+    Node* target = AddNote(doc, "Target");
     TalvikReader paste(target, nullptr, true);
     ASSERT_TRUE(paste.Read(clip.str())) << paste.ErrorMessage();
     ASSERT_EQ(paste.TopNodes().size(), 1u);
@@ -448,7 +429,7 @@ TEST(DocumentFormat, AttributeDefinitionsNestAsTheirCategoriesAndReadBackByKind)
     weight->SetDescription("kilograms, \"net\"");
     weight->SetDefault("2.5");
     info.CreateBasicAttribute("Remark", "User", true, AttributeType::kString);
-    std::string bytes = Save(doc);
+    std::string bytes = WriteDocument(doc);
 
     // Every attribute element stands inside the one its `parent` names.
     XMLReader reader;
@@ -470,7 +451,7 @@ TEST(DocumentFormat, AttributeDefinitionsNestAsTheirCategoriesAndReadBackByKind)
     EXPECT_NE(TagHolding(bytes, "<attrib Name=\"TextExportTemplate\"").find(" kind=\"10\" "), std::string::npos);
 
     std::string error;
-    auto copy = Load(bytes, &error);
+    auto copy = ReadDocument(bytes, &error);
     ASSERT_TRUE(copy) << error;
     EXPECT_EQ(DocumentDifference(doc, *copy), "");
 
@@ -489,7 +470,7 @@ TEST(DocumentFormat, AttributeDefinitionsNestAsTheirCategoriesAndReadBackByKind)
                         "default=\"\" ></attrib>\n<attrib Name=\"Stray\" parent=\"Nowhere\" editable=\"0\" "
                         "visibleInEditor=\"1\" type=\"4\" default=\"true\" ></attrib>\n";
     edited.insert(edited.find("<colors"), added);
-    auto read = Load(edited, &error);
+    auto read = ReadDocument(edited, &error);
     ASSERT_TRUE(read) << error;
     Props* props = read->AttributeStorage();
     Attribute* badge = props->GetAttribute("Badge");
@@ -512,10 +493,10 @@ TEST(DocumentFormat, PreferencesOlderFilesAndWhatCountsAsADocument) {
     doc.GetPreferences()->Set("LastVersionSeen", "7.1");
     doc.GetPreferences()->Set("Odd key & <more>", "value with\nline and \"quotes\"");
     doc.GetPreferences()->Set("HTMLExportExtension", ".htm");
-    Add(doc, "only");
-    std::string bytes = Save(doc);
+    AddNote(doc, "only");
+    std::string bytes = WriteDocument(doc);
     std::string error;
-    auto copy = Load(bytes, &error);
+    auto copy = ReadDocument(bytes, &error);
     ASSERT_TRUE(copy) << error;
     EXPECT_EQ(copy->GetPreferences()->Get("LastVersionSeen"), "7.1");
     EXPECT_EQ(copy->GetPreferences()->Get("Odd key & <more>"), "value with\nline and \"quotes\"");
@@ -528,7 +509,7 @@ TEST(DocumentFormat, PreferencesOlderFilesAndWhatCountsAsADocument) {
     std::string php = tag;
     php.replace(php.find("default=\".html\""), 15, "default=\".php\"");
     chosen.replace(chosen.find(tag), tag.size(), php);
-    auto kept = Load(chosen, &error);
+    auto kept = ReadDocument(chosen, &error);
     ASSERT_TRUE(kept) << error;
     EXPECT_EQ(kept->AttributeStorage()->GetAttribute("HTMLExportExtension")->GetDefaultValueAsString(), ".php");
 
@@ -539,23 +520,23 @@ TEST(DocumentFormat, PreferencesOlderFilesAndWhatCountsAsADocument) {
                           "<item ID=\"3\" Creator=\"x\" ><attribute name=\"Name\">r</attribute>"
                           "<item ID=\"4\" Creator=\"x\" ><attribute name=\"Name\">c</attribute></item></item>"
                           "</rylvane>";
-        auto read = Load(old, &error);
+        auto read = ReadDocument(old, &error);
         ASSERT_TRUE(read) << root << ": " << error;
         EXPECT_EQ(read->Root()->Son()->Name(), "c");
     }
     for (const std::string version : {"3", "10"}) {
         std::string newer = bytes;
         newer.replace(newer.find("version=\"2\""), 11, "version=\"" + version + "\"");
-        EXPECT_FALSE(Load(newer, &error)) << version;
+        EXPECT_FALSE(ReadDocument(newer, &error)) << version;
         EXPECT_NE(error.find("version " + version), std::string::npos) << error;
     }
 
     // The mark must stand within the first 1024 bytes.
     std::string comment = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<!--" + std::string(900, 'x') + "-->\n";
     std::string body = bytes.substr(bytes.find('\n') + 1);
-    EXPECT_TRUE(Load(comment + body, &error)) << error;
+    EXPECT_TRUE(ReadDocument(comment + body, &error)) << error;
     std::string longComment = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<!--" + std::string(1100, 'x') + "-->\n";
-    EXPECT_FALSE(Load(longComment + body, &error));
+    EXPECT_FALSE(ReadDocument(longComment + body, &error));
     EXPECT_EQ(error, "not a Rylvane document");
     EXPECT_TRUE(TalvikReader::CouldBeXML(std::string(1016, ' ') + "<rylvane"));
     EXPECT_FALSE(TalvikReader::CouldBeXML(std::string(1017, ' ') + "<rylvane"));

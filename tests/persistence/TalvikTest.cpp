@@ -19,29 +19,12 @@
 #include "Props.h"
 #include "TalvikReader.h"
 #include "TalvikWriter.h"
+#include "DocumentTestSupport.h"
 
 namespace {
 
 Node* Make(Hypertext& doc, const std::string& name, Node* parent = nullptr) {
-    Node* after = parent ? parent->YoungestSon() : doc.Root()->YoungestSon();
-    return NodeMaker(&doc).MakeNode(name, parent, after, 1.5, 2.25);
-}
-
-std::string Write(const Hypertext& doc) {
-    std::ostringstream out;
-    EXPECT_TRUE(TalvikWriter(&doc).Write(out));
-    return out.str();
-}
-
-std::unique_ptr<Hypertext> Read(const std::string& bytes, std::string* error = nullptr) {
-    auto doc = std::make_unique<Hypertext>();
-    TalvikReader reader(doc->Root());
-    bool ok = reader.Read(bytes);
-    if (error)
-        *error = reader.ErrorMessage();
-    if (!ok)
-        return nullptr;
-    return doc;
+    return AddNote(doc, name, parent, 1.5, 2.25);
 }
 
 Node* Child(Node* parent, const std::string& name) {
@@ -127,14 +110,14 @@ std::unique_ptr<Hypertext> RichDocument() {
 
 TEST(Talvik, WriteReadWriteKeepsEveryNoteValueLinkAndSection) {
     auto original = RichDocument();
-    std::string first = Write(*original);
+    std::string first = WriteDocument(*original);
     ASSERT_EQ(first.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<rylvane version=\"2\" revision=\"13\" ", 0), 0u)
         << first.substr(0, 200);
     std::string error;
-    auto copy = Read(first, &error);
+    auto copy = ReadDocument(first, &error);
     ASSERT_TRUE(copy) << error;
     EXPECT_EQ(DocumentDifference(*original, *copy), "");
-    std::string second = Write(*copy);
+    std::string second = WriteDocument(*copy);
     EXPECT_EQ(second, first);
     if (second != first) {
         size_t at = 0;
@@ -174,11 +157,11 @@ TEST(Talvik, HiddenNotesAndTheirAliasesAndLinksStayOut) {
     NodeLinks(extra).CreateLink(garden);
     NodeDeleter(sow).Hide(true);   // its alias goes too
     NodeDeleter(extra).Hide(true);
-    std::string bytes = Write(*doc);
+    std::string bytes = WriteDocument(*doc);
     EXPECT_EQ(bytes.find(">Sow<"), std::string::npos);
     EXPECT_EQ(bytes.find(">Extra<"), std::string::npos);
     EXPECT_EQ(bytes.find("name=\"Alias\""), std::string::npos);
-    auto copy = Read(bytes);
+    auto copy = ReadDocument(bytes);
     ASSERT_TRUE(copy);
     EXPECT_EQ(Child(copy->Root(), "Inbox")->Son(), nullptr);
     // Only the web link of Garden and nothing that touched a hidden note.
@@ -187,7 +170,7 @@ TEST(Talvik, HiddenNotesAndTheirAliasesAndLinksStayOut) {
 
 TEST(Talvik, AttributeDefinitionsFromTheFile) {
     auto doc = std::make_unique<Hypertext>();
-    std::string bytes = Write(*doc);
+    std::string bytes = WriteDocument(*doc);
     // A system attribute's default comes from the file; its flags do not.
     size_t at = bytes.find("<attrib Name=\"Color\" ");
     ASSERT_NE(at, std::string::npos);
@@ -201,7 +184,7 @@ TEST(Talvik, AttributeDefinitionsFromTheFile) {
     std::string user = "<attrib Name=\"Weight\" parent=\"User\" editable=\"1\" visibleInEditor=\"0\" type=\"2\" "
                        "sequential=\"1\" canInherit=\"0\" description=\"kg\" default=\"7\" ></attrib>\n";
     bytes.insert(bytes.find("<colors"), user);
-    auto copy = Read(bytes);
+    auto copy = ReadDocument(bytes);
     ASSERT_TRUE(copy);
     Attribute* color = copy->AttributeStorage()->GetAttribute("Color");
     EXPECT_TRUE(color->IsEditable());
@@ -220,7 +203,7 @@ TEST(Talvik, AttributeDefinitionsFromTheFile) {
 TEST(Talvik, MissingPrototypesWaitAndUnknownValuesAreKept) {
     auto doc = std::make_unique<Hypertext>();
     Node* a = Make(*doc, "a");
-    std::string bytes = Write(*doc);
+    std::string bytes = WriteDocument(*doc);
     std::string id = std::to_string(a->GetID().GetID());
     std::string tag = "<item ID=\"" + id + "\" Creator=\"" + a->Creator() + "\" >";
     size_t at = bytes.find(tag);
@@ -229,7 +212,7 @@ TEST(Talvik, MissingPrototypesWaitAndUnknownValuesAreKept) {
                   "<item ID=\"" + id + "\" Creator=\"" + a->Creator() + "\" proto=\"Ghost\" >\n"
                   "<attribute name=\"Mood\">sunny</attribute>\n<styles>old</styles>");
     StLogCapture log;
-    auto copy = Read(bytes);
+    auto copy = ReadDocument(bytes);
     ASSERT_TRUE(copy);
     Node* read = copy->Root()->Son();
     EXPECT_EQ(read->GetPrototype(), nullptr);
@@ -283,27 +266,27 @@ TEST(Talvik, ClipWritesSubtreesOnceWithNewNumbersAndPastes) {
 TEST(Talvik, RefusesWhatItCannotRead) {
     std::string error;
     auto good = RichDocument();
-    std::string bytes = Write(*good);
+    std::string bytes = WriteDocument(*good);
 
     std::string v3 = bytes;
     v3.replace(v3.find("version=\"2\""), 11, "version=\"3\"");
-    EXPECT_FALSE(Read(v3, &error));
+    EXPECT_FALSE(ReadDocument(v3, &error));
     EXPECT_NE(error.find("version 3"), std::string::npos) << error;
 
     std::string broken = bytes;
     broken.replace(broken.find("</links>"), 8, "</link>");
-    EXPECT_FALSE(Read(broken, &error));
+    EXPECT_FALSE(ReadDocument(broken, &error));
     EXPECT_NE(error.find("line "), std::string::npos);
     EXPECT_NE(error.find("column "), std::string::npos);
     EXPECT_NE(error.find("mismatched tag"), std::string::npos);
 
-    EXPECT_FALSE(Read("<?xml version=\"1.0\"?><opml><rylvane/></opml>", &error));
+    EXPECT_FALSE(ReadDocument("<?xml version=\"1.0\"?><opml><rylvane/></opml>", &error));
     EXPECT_NE(error.find("not a Rylvane document"), std::string::npos);
-    EXPECT_FALSE(Read("\x89PNG\r\n\x1a\n binary", &error));
+    EXPECT_FALSE(ReadDocument("\x89PNG\r\n\x1a\n binary", &error));
     EXPECT_EQ(error, "not a Rylvane document");
-    EXPECT_FALSE(Read("", &error));
+    EXPECT_FALSE(ReadDocument("", &error));
 
     // A document whose end is missing fails as a whole.
-    EXPECT_FALSE(Read(bytes.substr(0, bytes.size() / 2), &error));
+    EXPECT_FALSE(ReadDocument(bytes.substr(0, bytes.size() / 2), &error));
     EXPECT_NE(error.find("line "), std::string::npos);
 }
