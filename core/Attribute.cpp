@@ -111,8 +111,9 @@ void Attribute::Normalize(Node* note) {
     note->Set(this, joined);
 }
 
+// The category "User" itself is no user attribute: only what lies under it.
 bool Attribute::IsUserAttribute() const {
-    for (const Attribute* a = this; a && !a->IsRoot(); a = a->Father())
+    for (const Attribute* a = Father(); a && !a->IsRoot(); a = a->Father())
         if (a->name == "User")
             return true;
     return false;

@@ -578,6 +578,10 @@ STime Node::GetDate(const std::string& n) const {
     return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? v->AsTime() : STime::Never(); });
 }
 
+SharedDictionary Node::GetDictionary(const std::string& n) const {
+    return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? v->AsDictionary() : SharedDictionary(); });
+}
+
 PColor Node::GetColor(const std::string& n) const {
     std::string text = GetString(n);
     if (text.empty())

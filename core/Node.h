@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 
+#include "Dictionary.h"
 #include "NodeID.h"
 #include "NodeVector.h"
 #include "PColor.h"
@@ -122,6 +123,8 @@ public:
     virtual bool GetBoolean(const std::string& name) const;
     virtual bool GetBoolean(const Attribute* attribute) const;
     virtual STime GetDate(const std::string& name) const;
+    // The value's pairs; null when the value is no dictionary.
+    virtual SharedDictionary GetDictionary(const std::string& name) const;
 
     // The store itself: local value, then the prototype chain.
     virtual const Value* DoGet(const Attribute* attribute) const;

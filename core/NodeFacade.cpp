@@ -2,6 +2,7 @@
 
 #include "Attribute.h"
 #include "Change.h"
+#include "Colors.h"
 #include "Content.h"
 #include "CoreHooks.h"
 #include "Hypertext.h"
@@ -73,6 +74,13 @@ PColor HypertextFacade::TranslateColor(const std::string& text) const {
     if (color.FromString(text))
         return color;
     if (hypertext) {
+        // The document's colour table ("colors.xml" or the built-in names).
+        bool found = false;
+        if (const Colors* colors = hypertext->GetColorTable()) {
+            PColor named = colors->TranslateColor(text, &found);
+            if (found)
+                return named;
+        }
         const auto& table = hypertext->NamedColors();
         auto it = table.find(text);
         if (it != table.end())
