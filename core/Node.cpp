@@ -8,10 +8,13 @@
 #include "Content.h"
 #include "CoreHooks.h"
 #include "Hypertext.h"
+#include "Link.h"
+#include "LinkManager.h"
 #include "Log.h"
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
 #include "NodeIndex.h"
+#include "NodeLinks.h"
 #include "Prefs.h"
 #include "Props.h"
 #include "Prototypes.h"
@@ -72,10 +75,19 @@ Node::Node(const Node& source, unsigned char withLinks) {
     Value* now = Value::ForDate(STime::Now());
     Set("Modified", now->Clone());
     Set("Created", now);
-    (void)withLinks; // Links are recreated by the link layer when it copies notes.
     id = NodeID(hypertext);
     if (hypertext)
         hypertext->AddNode(this);
+    // The copy gets every outbound link of its source, hidden ones too; the
+    // prototype relation is carried by the cache above, not by a new link.
+    if (withLinks && hypertext && hypertext->Links())
+        for (Link* link : NodeLinks(const_cast<Node*>(&source)).OutboundLinksIncludeHidden()) {
+            if (link->IsPrototype())
+                continue;
+            LinkRecord record(link);
+            record.SetSourceNode(this);
+            record.CreateLink();
+        }
     if (const Attribute* idAttr = GetAttribute("ID"); idAttr && idAttr->IsValid())
         Node::DoSet(idAttr, Value::ForUnsigned(id.GetID()));
     if (const Attribute* creator = GetAttribute("Creator"); creator && creator->IsValid())
