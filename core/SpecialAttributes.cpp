@@ -5,9 +5,12 @@
 #include "Content.h"
 #include "CoreHooks.h"
 #include "Hypertext.h"
+#include "Link.h"
+#include "LinkBundle.h"
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
 #include "NodeIndex.h"
+#include "NodeLinks.h"
 #include "Props.h"
 #include "Value.h"
 
@@ -22,12 +25,33 @@ const Value* SharedBoolean(bool b) {
 
 std::atomic<long> prototypeWrites{0};
 
-LinkCounts NoLinks(const Node*) { return LinkCounts(); }
-LinkCounter linkCounter = NoLinks;
+// Counts the visible links of a note in the document's link store.
+LinkCounts CountLinks(const Node* note) {
+    LinkCounts counts;
+    if (!note)
+        return counts;
+    Node* self = const_cast<Node*>(note);
+    Node* original = self->GetOriginal();
+    counts.inbound = static_cast<long>(NodeLinks(self).InboundLinks().OmitPrototypes().OmitHidden().size());
+    counts.outbound =
+        static_cast<long>(NodeLinks(self).OutboundLinks().OmitPrototypes().OmitWebLinks().OmitHidden().size());
+    for (const Link* link : NodeLinks(original).OutboundLinks()) {
+        if (link->IsWebLink())
+            ++counts.web;
+        if (link->IsTextLink())
+            ++counts.text;
+    }
+    for (const Link* link : NodeLinks(self).OutboundLinks())
+        if (!link->IsTextLink())
+            ++counts.plain;
+    return counts;
+}
+
+LinkCounter linkCounter = CountLinks;
 
 } // namespace
 
-void SetLinkCounter(LinkCounter counter) { linkCounter = counter ? counter : NoLinks; }
+void SetLinkCounter(LinkCounter counter) { linkCounter = counter ? counter : CountLinks; }
 
 void IsPrototypeAttribute::WillSet(Node*, const Value*) { ++prototypeWrites; }
 

@@ -156,7 +156,7 @@ RYL_CACHED_ATTRIBUTE(SiblingOrderAttribute)
 RYL_CACHED_ATTRIBUTE(OutlineDepthAttribute)
 #undef RYL_CACHED_ATTRIBUTE
 
-// Link counts come from the link layer, which installs this when it starts.
+// Link counts; the document's link store answers unless another counter is installed.
 struct LinkCounts {
     long inbound = 0;   // less prototype and hidden links
     long outbound = 0;  // less prototype, web and hidden links
