@@ -143,10 +143,14 @@ void BM_Read(benchmark::State& state) {
     long notes = 0;
     for (auto _ : state) {
         auto doc = std::make_unique<Hypertext>();
-        TalvikReader reader(doc->Root());
-        if (!reader.Read(bytes))
-            state.SkipWithError(reader.ErrorMessage().c_str());
-        notes = reader.NoteCount();
+        {
+            // The reader puts the document's settings back when it ends, so
+            // it must end before the document does.
+            TalvikReader reader(doc->Root());
+            if (!reader.Read(bytes))
+                state.SkipWithError(reader.ErrorMessage().c_str());
+            notes = reader.NoteCount();
+        }
         state.PauseTiming();
         doc.reset();
         state.ResumeTiming();
