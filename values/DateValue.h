@@ -37,9 +37,11 @@ public:
     bool equal(const Value* other) const override;
     using Value::equal;
 
-    // Evaluates a held expression and fixes the written form; runs once.
+    // Evaluates a held expression; runs once.
     void Resolve() const;
 
+    // The written form, "never" or ISO 8601, made once.
+    const std::string& Written() const;
     const std::string& Expression() const { return expression; }
     long Count() const;
 
@@ -47,6 +49,8 @@ private:
     mutable std::mutex lock;
     mutable long count = 1;
     mutable bool resolved = false;
+    // The written form is made on first use: most reads want only the time.
+    mutable bool formatted = false;
     mutable STime time;
     std::string expression;
     mutable std::string written;

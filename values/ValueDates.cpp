@@ -80,13 +80,21 @@ void DateValue::Resolve() const {
             --expressionDepth;
         }
     }
-    written = time.IsNever() ? "never" : time.ISO8601DateString();
+}
+
+const std::string& DateValue::Written() const {
+    Resolve();
+    std::lock_guard<std::mutex> hold(lock);
+    if (!formatted) {
+        formatted = true;
+        written = time.IsNever() ? "never" : time.ISO8601DateString();
+    }
+    return written;
 }
 
 std::string DateValue::AsString() const {
     if (!expression.empty()) return "\"" + expression + "\"";
-    Resolve();
-    return written;
+    return Written();
 }
 
 std::string DateValue::AsFormattedString(const std::string& format) const {
@@ -96,8 +104,7 @@ std::string DateValue::AsFormattedString(const std::string& format) const {
 }
 
 std::string DateValue::AsXML() const {
-    Resolve();
-    return written;
+    return Written();
 }
 
 std::string DateValue::AsShortString() const {
