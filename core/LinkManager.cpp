@@ -20,23 +20,6 @@ void RemovePrototypeRelation(Node* note, Node*) { NodeLinks(note).RemovePrototyp
 const bool relationsInstalled =
     (NodeInheritance::SetRelationHandlers(CreatePrototypeRelation, RemovePrototypeRelation), true);
 
-// The counts behind InboundLinkCount, OutboundLinkCount, WebLinkCount,
-// TextLinkCount and PlainLinkCount. Web and text links belong to the text,
-// so an alias counts those of its original.
-LinkCounts CountLinks(const Node* note) {
-    LinkCounts counts;
-    NodeLinks links(note);
-    counts.inbound = static_cast<long>(links.InboundLinks().OmitPrototypes().size());
-    LinkBundle outbound = links.OutboundLinks();
-    counts.outbound = static_cast<long>(outbound.OmitPrototypes().OmitWebLinks().size());
-    counts.plain = static_cast<long>(outbound.Collect([](const Link* l) { return !l->IsTextLink(); }).size());
-    NodeLinks original(note->GetOriginal());
-    counts.web = static_cast<long>(original.WebLinks().size());
-    counts.text = static_cast<long>(original.OutboundTextLinks().size());
-    return counts;
-}
-
-const bool countsInstalled = (SetLinkCounter(CountLinks), true);
 
 } // namespace
 
