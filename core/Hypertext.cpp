@@ -62,8 +62,23 @@ Hypertext::~Hypertext() {
         if (!n->Father() || !n->Father()->IsHidden())
             delete n;
     }
+    // What is left was never put (back) into the tree: destroy each loose
+    // subtree from its top, which takes its descendants along.
+    while (!ownedNodes.empty()) {
+        Node* n = *ownedNodes.begin();
+        while (n->Father())
+            n = n->Father();
+        delete n;
+    }
     CleanupDeletedValues();
 }
+
+void Hypertext::Adopt(Node* node) {
+    if (node)
+        ownedNodes.insert(node);
+}
+
+void Hypertext::Disown(Node* node) { ownedNodes.erase(node); }
 
 Hypertext* Hypertext::NoHypertext() {
     static Hypertext* none = new Hypertext(true);

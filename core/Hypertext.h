@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <unordered_set>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,11 @@ public:
     virtual bool IsModified() const;
     virtual void NewlyCreated(Node* node);
     virtual void AddNode(Node* node);
+    // Every note made for this document, placed in the tree or not. Notes
+    // that are still out of the tree when the document ends (a copy never
+    // placed, a note shown again but not put back) are destroyed with it.
+    void Adopt(Node* node);
+    void Disown(Node* node);
     virtual void Renamed(Node* node);
     virtual void RemoveNode(Node* node);
     virtual std::vector<Node*> GetAllNodes() const;
@@ -144,6 +150,7 @@ private:
     std::unique_ptr<ValueRecyclingPool> valuePool;
     Node* root = nullptr;
     std::set<Node*> hiddenNodes;
+    std::unordered_set<Node*> ownedNodes;
     std::set<Node*> selection;
     std::map<std::string, PColor> namedColors;
     bool needsSort = false;

@@ -30,11 +30,15 @@ CoreHooks& GetCoreHooks() {
 
 // ------------------------------------------------------------ construction
 
-Node::Node(Hypertext* h) : hypertext(h), id(h) {}
+Node::Node(Hypertext* h) : hypertext(h), id(h) {
+    if (hypertext)
+        hypertext->Adopt(this);
+}
 
 Node::Node(const std::string& n, Node* parent, Node* after, double x, double y) {
     hypertext = parent ? parent->GetHypertext() : nullptr;
     assert(hypertext != nullptr && "file!=NULL");
+    hypertext->Adopt(this);
     id = NodeID(hypertext);
     SetName(n);
     NodePosition(this).InitializePosition(parent, after, x, y);
@@ -50,6 +54,8 @@ Node::Node(const std::string& n, Node* parent, Node* after, double x, double y) 
 
 Node::Node(const Node& source, unsigned char withLinks) {
     hypertext = source.hypertext;
+    if (hypertext)
+        hypertext->Adopt(this);
     if (const Content* text = source.GetContent(); text && text != EmptyContent())
         content = std::make_unique<Content>(*text);
     if (source.oldAdornments)
@@ -95,6 +101,8 @@ Node::Node(const Node& source, unsigned char withLinks) {
 }
 
 Node::~Node() {
+    if (hypertext)
+        hypertext->Disown(this);
     beingDeleted = true;
     Hide(true);
     if (hypertext)
@@ -155,9 +163,13 @@ void Node::SetHypertext(Hypertext* h) {
         return;
     for (Node* child = Son(); child; child = child->Brother())
         child->SetHypertext(h);
-    if (hypertext)
+    if (hypertext) {
         hypertext->RemoveNode(this);
+        hypertext->Disown(this);
+    }
     hypertext = h;
+    if (hypertext)
+        hypertext->Adopt(this);
     id.MakeUnique(h);
     if (hypertext) {
         hypertext->AddNode(this);
