@@ -174,6 +174,9 @@ TEST(LinkQueries, FiltersGuardsAndCopiesOfLinks) {
     EXPECT_TRUE(doc.Links()->ListLinks(b, false).empty());
     NodeDeleter(b).Hide(false);
     EXPECT_EQ(NodeLinks(a).OutboundLinks().size(), 4u);
+    // Showing leaves putting the note back in the tree to the caller.
+    EXPECT_EQ(b->Father(), nullptr);
+    NodePosition(b).DoMoveToInternal(doc.Root(), nullptr, 0, 0);
 }
 
 TEST(LinkQueries, LinkCountsShownAsAttributes) {
