@@ -232,9 +232,14 @@ void TalvikReader::StartNote(XMLItem* item) {
 }
 
 const Attribute* TalvikReader::AttributeNamed(const std::string& given) {
-    std::string name = !given.empty() && given[0] == '$' ? given.substr(1) : given;
     Props* props = hypertext->AttributeStorage();
-    if (!props || name.empty())
+    if (!props)
+        return nullptr;
+    // Most names are plain and known: answer those without a copy.
+    if (!given.empty() && given[0] != '$' && props->Has(given))
+        return props->GetAttribute(given);
+    std::string name = !given.empty() && given[0] == '$' ? given.substr(1) : given;
+    if (name.empty())
         return nullptr;
     if (props->Has(name))
         return props->GetAttribute(name);
@@ -251,7 +256,9 @@ void TalvikReader::NoteChild(XMLItem* item) {
     NoteState& state = *stack.back();
     const std::string& name = item->Name();
     if (name == "attribute") {
-        std::string attributeName = item->Attributes().GetString("name");
+        static const std::string none;
+        const std::string* given = item->Attributes().Find("name");
+        const std::string& attributeName = given ? *given : none;
         if (attributeName == "ID" || attributeName == "Creator")
             return;
         const Attribute* attribute = AttributeNamed(attributeName);

@@ -119,6 +119,16 @@ void XMLItem::AddSon(XMLItem* child) {
     youngest = child;
 }
 
+void XMLItem::Reuse(const char* newName) {
+    name.assign(newName);
+    attributes.Clear();
+    text.clear();
+    raw.clear();
+    father = son = youngest = brother = elder = nullptr;
+    keepText = true;
+    captureRaw = false;
+}
+
 XMLItem* XMLItem::RemoveYoungestSon() {
     XMLItem* last = youngest;
     if (!last)
@@ -300,7 +310,7 @@ void XMLReader::OnStart(const char* name, const char** atts) {
         Fail("elements nested too deeply");
         return;
     }
-    auto* item = new XMLItem(name);
+    XMLItem* item = MakeItem(name);
     for (const char** a = atts; a && a[0]; a += 2)
         item->Attributes().Add(a[0], a[1]);
     if (current) {
@@ -340,8 +350,27 @@ void XMLReader::OnEnd() {
         capturing = nullptr;
     }
     if (EndItem(item) && current) {
-        delete current->RemoveYoungestSon();
+        Drop(current->RemoveYoungestSon());
     }
+}
+
+XMLItem* XMLReader::MakeItem(const char* name) {
+    if (spare.empty())
+        return new XMLItem(name);
+    XMLItem* item = spare.back().release();
+    spare.pop_back();
+    item->Reuse(name);
+    return item;
+}
+
+void XMLReader::Drop(XMLItem* item) {
+    // Only leaves are kept, and only a few: enough for the deepest run of
+    // elements that end one after another.
+    constexpr size_t kMaxSpare = 64;
+    if (item && !item->Son() && spare.size() < kMaxSpare && item->text.capacity() < 64 * 1024)
+        spare.emplace_back(item);
+    else
+        delete item;
 }
 
 void XMLReader::OnText(const char* text, int length) {

@@ -32,6 +32,7 @@ public:
 
     size_t size() const { return items.size(); }
     bool empty() const { return items.empty(); }
+    void Clear() { items.clear(); }
     const std::vector<std::pair<std::string, std::string>>& Items() const { return items; }
 
 private:
@@ -73,6 +74,9 @@ public:
     const std::string& Raw() const { return raw; }
 
 private:
+    // Makes a finished, childless item ready to stand for another element,
+    // keeping the room its strings have grown.
+    void Reuse(const char* newName);
     std::string name;
     XMLAttributes attributes;
     std::string text;
@@ -135,6 +139,11 @@ private:
 
     std::unique_ptr<Impl> impl;
     std::unique_ptr<XMLItem> root;
+    // Finished items kept for the next elements: most elements of a large
+    // file are small leaves read and dropped one after another.
+    std::vector<std::unique_ptr<XMLItem>> spare;
+    XMLItem* MakeItem(const char* name);
+    void Drop(XMLItem* item);
     XMLItem* current = nullptr;
     int depth = 0;
     std::string errorMessage;
