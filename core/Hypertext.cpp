@@ -64,8 +64,8 @@ Hypertext::~Hypertext() {
     }
     // What is left was never put (back) into the tree: destroy each loose
     // subtree from its top, which takes its descendants along.
-    while (!ownedNodes.empty()) {
-        Node* n = *ownedNodes.begin();
+    while (ownedNodes) {
+        Node* n = ownedNodes;
         while (n->Father())
             n = n->Father();
         delete n;
@@ -74,11 +74,25 @@ Hypertext::~Hypertext() {
 }
 
 void Hypertext::Adopt(Node* node) {
-    if (node)
-        ownedNodes.insert(node);
+    if (!node || node->ownedPrevious || node == ownedNodes)
+        return;
+    node->ownedNext = ownedNodes;
+    if (ownedNodes)
+        ownedNodes->ownedPrevious = node;
+    ownedNodes = node;
 }
 
-void Hypertext::Disown(Node* node) { ownedNodes.erase(node); }
+void Hypertext::Disown(Node* node) {
+    if (!node || (!node->ownedPrevious && node != ownedNodes))
+        return;
+    if (node->ownedPrevious)
+        node->ownedPrevious->ownedNext = node->ownedNext;
+    else
+        ownedNodes = node->ownedNext;
+    if (node->ownedNext)
+        node->ownedNext->ownedPrevious = node->ownedPrevious;
+    node->ownedPrevious = node->ownedNext = nullptr;
+}
 
 Hypertext* Hypertext::NoHypertext() {
     static Hypertext* none = new Hypertext(true);

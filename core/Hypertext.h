@@ -150,7 +150,7 @@ private:
     std::unique_ptr<ValueRecyclingPool> valuePool;
     Node* root = nullptr;
     std::set<Node*> hiddenNodes;
-    std::unordered_set<Node*> ownedNodes;
+    Node* ownedNodes = nullptr;
     std::set<Node*> selection;
     std::map<std::string, PColor> namedColors;
     bool needsSort = false;

@@ -213,6 +213,11 @@ protected:
 
     std::string name;
     Hypertext* hypertext = nullptr;
+    // Links in the document's list of every note it made (see
+    // Hypertext::Adopt): a list costs no hashing and no extra allocation.
+    Node* ownedPrevious = nullptr;
+    Node* ownedNext = nullptr;
+    friend class Hypertext;
     NodeID id;
     PropertyList properties;
     mutable std::unique_ptr<Content> content;
