@@ -114,6 +114,7 @@ Node::~Node() {
     properties.DeleteValues();
     aliases.reset();
     prototypeCache.reset();
+    prototypeNode = nullptr;
     oldAdornments.reset();
     if (hypertext)
         hypertext->RemoveNode(this);
@@ -630,10 +631,6 @@ const Value* Node::DoGet(const Attribute* attribute) const {
     return InheritedValue(attribute);
 }
 
-namespace {
-// A prototype is always an original note, so its own cache answers.
-inline Node* PrototypeOf(const Node* n, PrototypeCache* cache) { return cache ? cache->GetNode() : nullptr; }
-} // namespace
 
 const Value* Node::InheritedValue(const Attribute* attribute) const {
     // An invalid attribute is never stored, so the walk would find nothing.
@@ -658,7 +655,7 @@ const Value* Node::InheritedValue(const Attribute* attribute) const {
         if (const Value* v = p->properties.Get(attribute, bit))
             return v;
         current = p;
-        p = PrototypeOf(p, p->prototypeCache.get());
+        p = p->prototypeNode;
     }
     return nullptr;
 }
@@ -675,17 +672,17 @@ void Node::CloneValue(const std::string& n, const Node* source) {
 // ------------------------------------------------------------- prototypes
 
 PrototypeCache* Node::GetPrototypeCache() const {
-    if (!prototypeCache)
+    if (!prototypeCache) {
         prototypeCache = std::make_unique<PrototypeCache>();
+        prototypeCache->Mirror(&prototypeNode);
+    }
     return prototypeCache.get();
 }
 
 Node* Node::GetPrototype() const { return CachedPrototypeNode(); }
 
 Node* Node::CachedPrototypeNode() const {
-    if (!prototypeCache)
-        return nullptr;
-    return prototypeCache->GetNode();
+    return prototypeNode;
 }
 
 void Node::SetPrototype(Node* prototype, bool cloneChildren) {

@@ -222,6 +222,8 @@ protected:
     PropertyList properties;
     mutable std::unique_ptr<Content> content;
     mutable std::unique_ptr<PrototypeCache> prototypeCache;
+    // The cached prototype, kept equal to prototypeCache's by the cache.
+    mutable Node* prototypeNode = nullptr;
     mutable std::unique_ptr<NodeAliases> aliases;
     std::unique_ptr<NodeVector> oldAdornments;
     mutable ObjectLock lock;

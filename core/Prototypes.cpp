@@ -17,6 +17,7 @@
 void PrototypeCache::Set(const Link* l) {
     link = l;
     node = l ? l->DestNode() : nullptr;
+    Reflect();
 }
 
 // ------------------------------------------------------- relation handlers

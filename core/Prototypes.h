@@ -19,10 +19,21 @@ class PrototypeCache {
 public:
     void Set(const Link* link);
     // Records the prototype note the current link leads to.
-    void SetNode(Node* prototype) { node = prototype; }
+    void SetNode(Node* prototype) {
+        node = prototype;
+        Reflect();
+    }
     void Clear() {
         link = nullptr;
         node = nullptr;
+        Reflect();
+    }
+    // Keeps `*copy` equal to the cached prototype from now on: the note
+    // holds the pointer itself so that inherited reads walk the chain with
+    // one load per step.
+    void Mirror(Node** copy) {
+        mirror = copy;
+        Reflect();
     }
     const Link* Get() const { return link; }
     Node* GetNode() const { return node; }
@@ -30,8 +41,13 @@ public:
     const std::string& GetPrototypeRequest() const { return request; }
 
 private:
+    void Reflect() {
+        if (mirror)
+            *mirror = node;
+    }
     const Link* link = nullptr;
     Node* node = nullptr;
+    Node** mirror = nullptr;
     std::string request;
 };
 
