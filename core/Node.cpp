@@ -637,7 +637,7 @@ const Value* Node::InheritedValue(const Attribute* attribute) const {
     if (!attribute || !attribute->CanInheritFast())
         return nullptr;
     const Node* current = this;
-    const Node* p = GetPrototype();
+    const Node* p = readsPrototypeThroughOriginal ? GetPrototype() : prototypeNode;
     // In a loop every note of the loop is visited before the first repeat,
     // so the answer is the same whether a repeat is caught at once or later:
     // short chains walk without bookkeeping, long ones keep a set.

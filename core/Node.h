@@ -232,6 +232,9 @@ protected:
     bool hidden = false;
     bool newlyCreated = false;
     bool beingDeleted = false;
+    // Set by AliasNode, whose prototype is its original's: inherited reads of
+    // plain notes then skip the virtual lookup.
+    bool readsPrototypeThroughOriginal = false;
     bool needsGeographicUpdate = false;
     bool needsToBeIndexed = false;
     bool inhibitSorting = false;

@@ -257,6 +257,7 @@ NodeVector NodeAliases::HiddenAliases() const {
 
 AliasNode::AliasNode(Node* o, Node* parent, Node* after, double x, double y)
     : Node(o->Name(), parent, after, x, y), original(o) {
+    readsPrototypeThroughOriginal = true;
     // The alias reads its name from its original; it keeps none of its own.
     Node::DoRemove(GetAttribute("Name"));
     for (const char* intrinsic : {"Width", "Height"})
