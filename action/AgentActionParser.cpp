@@ -174,9 +174,9 @@ std::string AgentActionOperatorParser::Token() {
 const std::vector<std::string>& AgentActionParser::Operators() {
     static const std::vector<std::string> list = [] {
         std::vector<std::string> names;
-        for (const FunctionSpec& spec : FunctionTable()) {
-            if (spec.offered)
-                names.push_back(spec.spelling);
+        for (const FunctionEntry& entry : FunctionTable()) {
+            if (entry.offered)
+                names.push_back(entry.spelling);
         }
         for (const char* special : {"find", "values", "eval", "action", "runCommand", "links", "if"})
             names.push_back(special);

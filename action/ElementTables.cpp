@@ -13,15 +13,15 @@ AAValuePtr Make() {
 
 using AF = ArgumentForm;
 
-FunctionSpec Fn(const char* spelling, ArgumentForm form, AAValuePtr (*make)(), bool offered = true) {
-    return FunctionSpec{spelling, form, make, offered, nullptr, 0};
+FunctionEntry Fn(const char* spelling, ArgumentForm form, AAValuePtr (*make)(), bool offered = true) {
+    return FunctionEntry{spelling, form, make, offered, nullptr, 0};
 }
 
-FunctionSpec Group(const char* spelling, AAValuePtr (*make)(), const char* message, size_t minimum = 2) {
-    return FunctionSpec{spelling, ArgumentForm::Designator, make, true, message, minimum};
+FunctionEntry Group(const char* spelling, AAValuePtr (*make)(), const char* message, size_t minimum = 2) {
+    return FunctionEntry{spelling, ArgumentForm::Designator, make, true, message, minimum};
 }
 
-std::vector<FunctionSpec> BuildFunctionTable() {
+std::vector<FunctionEntry> BuildFunctionTable() {
     return {
         // The first argument, parsed.
         Fn("log", AF::Single, &Make<AALog>),
@@ -171,7 +171,7 @@ std::vector<FunctionSpec> BuildFunctionTable() {
 
 using DF = DotForm;
 
-std::vector<DotOperatorSpec> BuildDotOperatorTable() {
+std::vector<DotOperatorEntry> BuildDotOperatorTable() {
     return {
         {"contains", DF::OneToken, [] () -> AAValuePtr { return std::make_unique<AADotContains>(true); }},
         {"containsAnyOf", DF::OneToken, [] () -> AAValuePtr { return std::make_unique<AADotContainsAny>(true); }},
@@ -259,21 +259,21 @@ std::vector<DotOperatorSpec> BuildDotOperatorTable() {
 
 }  // namespace
 
-const std::vector<FunctionSpec>& FunctionTable() {
-    static const std::vector<FunctionSpec> table = BuildFunctionTable();
+const std::vector<FunctionEntry>& FunctionTable() {
+    static const std::vector<FunctionEntry> table = BuildFunctionTable();
     return table;
 }
 
-const std::vector<DotOperatorSpec>& DotOperatorTable() {
-    static const std::vector<DotOperatorSpec> table = BuildDotOperatorTable();
+const std::vector<DotOperatorEntry>& DotOperatorTable() {
+    static const std::vector<DotOperatorEntry> table = BuildDotOperatorTable();
     return table;
 }
 
-const DotOperatorSpec* FindDotOperator(const std::string& name) {
-    static const std::unordered_map<std::string, const DotOperatorSpec*> index = [] {
-        std::unordered_map<std::string, const DotOperatorSpec*> map;
-        for (const DotOperatorSpec& spec : DotOperatorTable())
-            map.emplace(spec.name, &spec);
+const DotOperatorEntry* FindDotOperator(const std::string& name) {
+    static const std::unordered_map<std::string, const DotOperatorEntry*> index = [] {
+        std::unordered_map<std::string, const DotOperatorEntry*> map;
+        for (const DotOperatorEntry& entry : DotOperatorTable())
+            map.emplace(entry.name, &entry);
         return map;
     }();
     auto found = index.find(name);

@@ -16,7 +16,7 @@ enum class ArgumentForm {
     Designator,  // a designator text, then parsed arguments
 };
 
-struct FunctionSpec {
+struct FunctionEntry {
     const char* spelling;
     ArgumentForm form;
     AAValuePtr (*make)();
@@ -28,7 +28,7 @@ struct FunctionSpec {
 };
 
 // The functions in the order of their documentation.
-const std::vector<FunctionSpec>& FunctionTable();
+const std::vector<FunctionEntry>& FunctionTable();
 
 // How a dot operator reads its argument behind its name.
 enum class DotForm {
@@ -40,12 +40,12 @@ enum class DotForm {
     TokenAndArguments,        // one token, then parenthesised arguments
 };
 
-struct DotOperatorSpec {
+struct DotOperatorEntry {
     const char* name;
     DotForm form;
     AAValuePtr (*make)();
 };
 
-const std::vector<DotOperatorSpec>& DotOperatorTable();
+const std::vector<DotOperatorEntry>& DotOperatorTable();
 // The entry for a dot-operator name (without the dot), or null.
-const DotOperatorSpec* FindDotOperator(const std::string& name);
+const DotOperatorEntry* FindDotOperator(const std::string& name);

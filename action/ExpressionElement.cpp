@@ -160,11 +160,11 @@ public:
     std::unique_ptr<ExpressionElement> Clone() const override { return std::make_unique<DotElement>(*this); }
     bool CanBeParsed() const override { return false; }
     AAValuePtr Parse2(AgentActionExpressionParser& parser, AAValue*) override {
-        const DotOperatorSpec* spec = FindDotOperator(text);
-        if (!spec)
+        const DotOperatorEntry* entry = FindDotOperator(text);
+        if (!entry)
             return StringConstant(text);
-        AAValuePtr node = spec->make();
-        switch (spec->form) {
+        AAValuePtr node = entry->make();
+        switch (entry->form) {
         case DotForm::OneToken:
         case DotForm::OneTokenCaseInsensitive:
             // The argument is exactly one token.
@@ -264,12 +264,12 @@ public:
 // A function of the tables: its argument form and its evaluator class.
 class TableFunction : public UnaryFunction {
 public:
-    TableFunction(std::string text, const FunctionSpec* functionSpec)
-        : UnaryFunction(std::move(text)), spec(functionSpec) {}
+    TableFunction(std::string text, const FunctionEntry* functionEntry)
+        : UnaryFunction(std::move(text)), entry(functionEntry) {}
     std::unique_ptr<ExpressionElement> Clone() const override { return std::make_unique<TableFunction>(*this); }
     AAValuePtr Parse(AgentActionExpressionParser& parser) override {
         AAValuePtr arguments;
-        switch (spec->form) {
+        switch (entry->form) {
         case ArgumentForm::Single:
             arguments = SingleArgument(parser);
             break;
@@ -283,18 +283,18 @@ public:
             arguments = LiteralArguments(parser);
             break;
         case ArgumentForm::Designator:
-            arguments = DesignatorAndArguments(parser, GetArguments(parser), spec->minimum);
+            arguments = DesignatorAndArguments(parser, GetArguments(parser), entry->minimum);
             if (!arguments)
-                return Invalid(spec->message);
+                return Invalid(entry->message);
             break;
         }
-        AAValuePtr node = spec->make();
+        AAValuePtr node = entry->make();
         node->SetRight(std::move(arguments));
         return node;
     }
 
 private:
-    const FunctionSpec* spec;
+    const FunctionEntry* entry;
 };
 
 // `find(condition)`: `collect_if(all, condition, $Path)`.
@@ -425,8 +425,8 @@ using ElementMap = std::unordered_map<std::string, std::unique_ptr<ExpressionEle
 
 ElementMap BuildElementMap() {
     ElementMap map;
-    for (const FunctionSpec& spec : FunctionTable())
-        map.emplace(spec.spelling, std::make_unique<TableFunction>(spec.spelling, &spec));
+    for (const FunctionEntry& entry : FunctionTable())
+        map.emplace(entry.spelling, std::make_unique<TableFunction>(entry.spelling, &entry));
 
     map.emplace("find", std::make_unique<FindFunction>("find"));
     map.emplace("values", std::make_unique<ValuesFunction>("values"));

@@ -218,9 +218,9 @@ TEST(StatementParser, SpellingsMapToTheirClasses) {
     }
     // Every function spelling builds a node of its own, not a text or a
     // pattern query.
-    for (const FunctionSpec& spec : FunctionTable()) {
-        std::string line = FirstLine(std::string(spec.spelling) + "(a, b, c)");
-        EXPECT_TRUE(line != "AAStringValue" && line != "AARegexValue" && line != "AAInvalid") << spec.spelling;
+    for (const FunctionEntry& entry : FunctionTable()) {
+        std::string line = FirstLine(std::string(entry.spelling) + "(a, b, c)");
+        EXPECT_TRUE(line != "AAStringValue" && line != "AARegexValue" && line != "AAInvalid") << entry.spelling;
     }
 }
 
