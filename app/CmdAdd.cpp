@@ -26,9 +26,9 @@ int RunAdd(const AddState& state) {
     auto hypertext = OpenDocument(state.file, error);
     if (!hypertext)
         return CommandFailure(error);
-    Node* parent = FindNoteByPath(hypertext.get(), state.parent);
+    Node* parent = FindNote(hypertext.get(), state.file, state.parent, error);
     if (!parent)
-        return CommandFailure(state.file + ": no note at " + state.parent);
+        return CommandFailure(error);
     if (!parent->CanReceiveChildren())
         return CommandFailure(state.file + ": " + state.parent + " cannot hold notes");
     Node* prototype = nullptr;

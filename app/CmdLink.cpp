@@ -21,12 +21,12 @@ int RunLink(const LinkState& state) {
     auto hypertext = OpenDocument(state.file, error);
     if (!hypertext)
         return CommandFailure(error);
-    Node* from = FindNoteByPath(hypertext.get(), state.from);
+    Node* from = FindNote(hypertext.get(), state.file, state.from, error);
     if (!from)
-        return CommandFailure(state.file + ": no note at " + state.from);
-    Node* to = FindNoteByPath(hypertext.get(), state.to);
+        return CommandFailure(error);
+    Node* to = FindNote(hypertext.get(), state.file, state.to, error);
     if (!to)
-        return CommandFailure(state.file + ": no note at " + state.to);
+        return CommandFailure(error);
     if (state.type.empty())
         return CommandFailure(state.file + ": a link type needs a name");
     if (state.type == LinkType::kPrototype)

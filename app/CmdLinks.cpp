@@ -34,9 +34,9 @@ int RunLinks(const LinksState& state) {
     auto hypertext = OpenDocument(state.file, error);
     if (!hypertext)
         return CommandFailure(error);
-    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
     if (!node)
-        return CommandFailure(state.file + ": no note at " + state.path);
+        return CommandFailure(error);
     NodeLinks links(node);
     for (const Link* link : links.OutboundLinks())
         PrintLink(link, true);

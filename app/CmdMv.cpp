@@ -18,12 +18,12 @@ int RunMv(const MvState& state) {
     auto hypertext = OpenDocument(state.file, error);
     if (!hypertext)
         return CommandFailure(error);
-    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
     if (!node)
-        return CommandFailure(state.file + ": no note at " + state.path);
-    Node* parent = FindNoteByPath(hypertext.get(), state.parent);
+        return CommandFailure(error);
+    Node* parent = FindNote(hypertext.get(), state.file, state.parent, error);
     if (!parent)
-        return CommandFailure(state.file + ": no note at " + state.parent);
+        return CommandFailure(error);
     if (node == hypertext->Root())
         return CommandFailure(state.file + ": the root cannot be moved");
     if (parent->IsDescendedFrom(node))

@@ -17,9 +17,9 @@ int RunRm(const RmState& state) {
     auto hypertext = OpenDocument(state.file, error);
     if (!hypertext)
         return CommandFailure(error);
-    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
     if (!node)
-        return CommandFailure(state.file + ": no note at " + state.path);
+        return CommandFailure(error);
     if (node == hypertext->Root())
         return CommandFailure(state.file + ": the root cannot be deleted");
     NodeDeleter(node).Delete();

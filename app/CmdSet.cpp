@@ -25,16 +25,14 @@ int RunSet(const SetState& state) {
     auto hypertext = OpenDocument(state.file, error);
     if (!hypertext)
         return CommandFailure(error);
-    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
     if (!node)
-        return CommandFailure(state.file + ": no note at " + state.path);
-    std::string name = !state.attribute.empty() && state.attribute[0] == '$' ? state.attribute.substr(1) : state.attribute;
-    Props* props = hypertext->AttributeStorage();
-    if (name.empty() || !props->Has(name))
-        return CommandFailure(state.file + ": no attribute named " + state.attribute);
-    const Attribute* attribute = props->GetAttribute(name);
+        return CommandFailure(error);
+    const Attribute* attribute = FindAttribute(hypertext.get(), state.file, state.attribute, error);
+    if (!attribute)
+        return CommandFailure(error);
     if (!attribute->IsValid() || !attribute->IsEditable())
-        return CommandFailure(state.file + ": the attribute " + name + " cannot be set");
+        return CommandFailure(state.file + ": the attribute " + attribute->Name() + " cannot be set");
     node->Set(attribute, state.value);
     if (!SaveDocument(hypertext.get(), state.file, error))
         return CommandFailure(error);

@@ -39,9 +39,9 @@ int RunTree(const TreeState& state) {
         PrintChildren(hypertext->Root(), 0);
         return 0;
     }
-    Node* node = FindNoteByPath(hypertext.get(), state.path);
+    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
     if (!node)
-        return CommandFailure(state.file + ": no note at " + state.path);
+        return CommandFailure(error);
     PrintNote(node, 0);
     PrintChildren(node, 1);
     return 0;

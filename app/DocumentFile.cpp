@@ -13,6 +13,7 @@
 
 #include "Hypertext.h"
 #include "Node.h"
+#include "Props.h"
 #include "RylUUID.h"
 #include "TalvikReader.h"
 #include "TalvikWriter.h"
@@ -139,6 +140,24 @@ bool SaveDocument(Hypertext* hypertext, const std::string& path, std::string& er
         return false;
     }
     return true;
+}
+
+Node* FindNote(Hypertext* hypertext, const std::string& file, const std::string& path, std::string& error) {
+    Node* node = FindNoteByPath(hypertext, path);
+    if (!node)
+        error = file + ": no note at " + path;
+    return node;
+}
+
+const Attribute* FindAttribute(Hypertext* hypertext, const std::string& file, const std::string& name,
+                               std::string& error) {
+    std::string plain = !name.empty() && name[0] == '$' ? name.substr(1) : name;
+    Props* props = hypertext ? hypertext->AttributeStorage() : nullptr;
+    if (plain.empty() || !props || !props->Has(plain)) {
+        error = file + ": no attribute named " + name;
+        return nullptr;
+    }
+    return props->GetAttribute(plain);
 }
 
 Node* FindNoteByPath(Hypertext* hypertext, const std::string& path) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+class Attribute;
 class Hypertext;
 class Node;
 
@@ -23,6 +24,15 @@ std::unique_ptr<Hypertext> NewDocument(const std::string& path);
 // The note at a path such as "/Projects/Ideas" ("/" is the root). A "/" in a
 // name is written "\/". Null when there is no such note.
 Node* FindNoteByPath(Hypertext* hypertext, const std::string& path);
+
+// The note at `path` in the document read from `file`; null with `error`
+// set to "FILE: no note at PATH" when there is none.
+Node* FindNote(Hypertext* hypertext, const std::string& file, const std::string& path, std::string& error);
+
+// The attribute of that name (a leading "$" is allowed); null with `error`
+// set to "FILE: no attribute named NAME" when there is none.
+const Attribute* FindAttribute(Hypertext* hypertext, const std::string& file, const std::string& name,
+                               std::string& error);
 
 // The path of a note in the same form.
 std::string PathOfNote(const Node* node);
