@@ -199,6 +199,10 @@ bool DateTranslator::DoTranslate() {
         time = STime::Never();
         return valid = true;
     }
+    // The form dates are written in needs neither the calendar services nor
+    // the cache: documents hold thousands of distinct such texts.
+    if (STime::FromUniversalText(text, time))
+        return valid = true;
     STime cached;
     if (OnDateServices([&] { return DateFormatterUtilities::Get().Cache().Find(text, cached); })) {
         time = cached;

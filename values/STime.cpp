@@ -251,6 +251,77 @@ std::string STime::ISO8601DateString() const {
     });
 }
 
+namespace {
+
+constexpr double kFirstUniversalSecond = -12212553600.0;  // 1583-01-01T00:00:00Z
+constexpr double kEndUniversalSecond = 253402300800.0;    // 10000-01-01T00:00:00Z
+
+// Days since 1970 of a proleptic Gregorian date, and back.
+int64_t DaysFromCivil(int64_t year, int64_t month, int64_t day) {
+    year -= month <= 2 ? 1 : 0;
+    int64_t era = (year >= 0 ? year : year - 399) / 400;
+    int64_t yearOfEra = year - era * 400;
+    int64_t dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
+    int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
+    return era * 146097 + dayOfEra - 719468;
+}
+
+void CivilFromDays(int64_t days, int64_t& year, int64_t& month, int64_t& day) {
+    int64_t z = days + 719468;
+    int64_t era = (z >= 0 ? z : z - 146096) / 146097;
+    int64_t dayOfEra = z - era * 146097;
+    int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    int64_t mp = (5 * dayOfYear + 2) / 153;
+    day = dayOfYear - (153 * mp + 2) / 5 + 1;
+    month = mp < 10 ? mp + 3 : mp - 9;
+    year = yearOfEra + era * 400 + (month <= 2 ? 1 : 0);
+}
+
+}  // namespace
+
+std::string STime::UniversalText() const {
+    if (!(seconds >= kFirstUniversalSecond && seconds < kEndUniversalSecond) || seconds != std::floor(seconds))
+        return {};
+    int64_t total = static_cast<int64_t>(seconds);
+    int64_t days = total >= 0 ? total / 86400 : -((-total + 86399) / 86400);
+    int64_t rest = total - days * 86400;
+    int64_t year = 0, month = 0, day = 0;
+    CivilFromDays(days, year, month, day);
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", static_cast<int>(year), static_cast<int>(month),
+                  static_cast<int>(day), static_cast<int>(rest / 3600), static_cast<int>(rest / 60 % 60),
+                  static_cast<int>(rest % 60));
+    return text;
+}
+
+bool STime::FromUniversalText(std::string_view text, STime& time) {
+    // YYYY-MM-DDTHH:MM:SSZ
+    static constexpr char kShape[] = "dddd-dd-ddTdd:dd:ddZ";
+    if (text.size() != 20)
+        return false;
+    for (size_t i = 0; i < 20; ++i) {
+        bool digit = text[i] >= '0' && text[i] <= '9';
+        if (kShape[i] == 'd' ? !digit : text[i] != kShape[i])
+            return false;
+    }
+    auto number = [&](size_t at, size_t length) {
+        int64_t n = 0;
+        for (size_t i = at; i < at + length; ++i)
+            n = n * 10 + (text[i] - '0');
+        return n;
+    };
+    int64_t year = number(0, 4), month = number(5, 2), day = number(8, 2);
+    int64_t hour = number(11, 2), minute = number(14, 2), second = number(17, 2);
+    static constexpr int kDaysInMonth[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    if (year < 1583 || month < 1 || month > 12 || day < 1 ||
+        day > kDaysInMonth[month - 1] + (month == 2 && leap ? 1 : 0) || hour > 23 || minute > 59 || second > 59)
+        return false;
+    time = STime(static_cast<double>(DaysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60 + second));
+    return true;
+}
+
 std::string STime::RFC822DateString() const {
     DateComponents c = GetComponents(kYearUnit | kMonthUnit | kDayUnit | kHourUnit | kMinuteUnit | kSecondUnit |
                                      kWeekdayUnit);

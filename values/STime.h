@@ -11,6 +11,7 @@
 #include <climits>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 class Node;
 class STimeInterval;
@@ -97,6 +98,13 @@ public:
     std::string MediumDateString() const;  // medium date, short time
     std::string LongDateString() const;    // long date
     std::string ISO8601DateString() const; // e.g. 2021-03-04T10:00:00Z in the local zone
+    // The instant in universal time as "YYYY-MM-DDTHH:MM:SSZ", worked out
+    // without the calendar services; "" when that form cannot stand for it
+    // exactly (fractions of a second, years outside 1583-9999, before which
+    // the calendar in use is not the Gregorian one).
+    std::string UniversalText() const;
+    // The reverse: reads exactly that form (valid fields, years 1583-9999).
+    static bool FromUniversalText(std::string_view text, STime& time);
     std::string RFC822DateString() const;  // e.g. Thu, 4 Mar 2021 10:00:00 +0000
     // The date format codes of the export language and .format().
     std::string AsExportString(const std::string& format) const;

@@ -2,6 +2,7 @@
 // their factories, and the date readings of lists and results.
 #include <cmath>
 #include <limits>
+#include <mutex>
 
 #include "ActionResult.h"
 #include "ArgList.h"
@@ -41,64 +42,111 @@ thread_local int expressionDepth = 0;
 
 // ---------------------------------------------------------------- DateValue
 
+namespace {
+
+const char* CopyText(const std::string& text) {
+    char* block = new char[text.size() + 1];
+    text.copy(block, text.size());
+    block[text.size()] = '\0';
+    return block;
+}
+
+// Stands in `written` for a text that is exactly time.UniversalText(): dates
+// read from a file are mostly written so, and need not keep their text.
+const char* const kUniversalText = "";
+
+const char* KeptText(const STime& time, const std::string& text) {
+    if (text.size() == 20 && text.back() == 'Z' && time.UniversalText() == text) return kUniversalText;
+    return CopyText(text);
+}
+
+// Serialises only the moment an expression's time is stored.
+std::mutex& ResolveLock() {
+    static std::mutex lock;
+    return lock;
+}
+
+}  // namespace
+
 DateValue::DateValue(const STime& t) : time(t) {}
 
-DateValue::DateValue(const STime& t, const std::string& text) : time(t), written(text) {}
+DateValue::DateValue(const STime& t, const std::string& text) : time(t), written(KeptText(t, text)) {}
+
+DateValue::~DateValue() {
+    const char* text = written.load(std::memory_order_acquire);
+    if (text != kUniversalText) delete[] text;
+}
 
 DateValue* DateValue::ForExpression(const std::string& expression) {
     DateValue* value = new DateValue(STime::Never());
-    value->expression = expression;
+    // An empty expression is simply never.
+    if (!expression.empty()) {
+        value->held = std::make_unique<Held>();
+        value->held->text = expression;
+    }
     return value;
 }
 
 Value* DateValue::Clone() const {
-    Value::Queue().Sync([&] { ++count; });
+    count.fetch_add(1, std::memory_order_relaxed);
     return const_cast<DateValue*>(this);
 }
 
 void DateValue::Delete() const {
-    bool last = Value::Queue().Sync([&] { return --count < 1; });
-    if (last) Value::Delete();
+    if (count.fetch_sub(1, std::memory_order_acq_rel) <= 1) Value::Delete();
 }
 
 long DateValue::Count() const {
-    return Value::Queue().Sync([&] { return count; });
+    return count.load(std::memory_order_acquire);
+}
+
+const std::string& DateValue::Expression() const {
+    static const std::string none;
+    return held ? held->text : none;
 }
 
 void DateValue::Resolve() const {
-    std::lock_guard<std::mutex> hold(lock);
-    if (resolved) return;
-    resolved = true;
-    if (!expression.empty()) {
-        if (expressionDepth >= kMaxExpressionDepth) {
-            time = STime::Never();
-        } else {
-            ++expressionDepth;
-            Value* temporary = Value::ForDate(expression);
-            time = temporary->AsTime();
-            temporary->Delete();
-            --expressionDepth;
-        }
+    if (Resolved()) return;
+    // The expression is evaluated outside the lock: it may hold further
+    // expressions. Two threads may both evaluate it; the first to store wins.
+    STime resolvedTime = STime::Never();
+    if (expressionDepth < kMaxExpressionDepth) {
+        ++expressionDepth;
+        Value* temporary = Value::ForDate(held->text);
+        resolvedTime = temporary->AsTime();
+        temporary->Delete();
+        --expressionDepth;
+    }
+    std::lock_guard<std::mutex> hold(ResolveLock());
+    if (!held->resolved.load(std::memory_order_relaxed)) {
+        time = resolvedTime;
+        held->resolved.store(true, std::memory_order_release);
     }
 }
 
-const std::string& DateValue::Written() const {
+const char* DateValue::WrittenText() const {
+    if (const char* text = written.load(std::memory_order_acquire)) return text;
     Resolve();
-    std::lock_guard<std::mutex> hold(lock);
-    if (!formatted) {
-        formatted = true;
-        written = time.IsNever() ? "never" : time.ISO8601DateString();
-    }
-    return written;
+    const char* made = CopyText(time.IsNever() ? std::string("never") : time.ISO8601DateString());
+    const char* expected = nullptr;
+    if (written.compare_exchange_strong(expected, made, std::memory_order_acq_rel)) return made;
+    delete[] made;
+    return expected;
+}
+
+std::string DateValue::Written() const {
+    const char* text = WrittenText();
+    if (text == kUniversalText) return time.UniversalText();
+    return text;
 }
 
 std::string DateValue::AsString() const {
-    if (!expression.empty()) return "\"" + expression + "\"";
+    if (held) return "\"" + held->text + "\"";
     return Written();
 }
 
 std::string DateValue::AsFormattedString(const std::string& format) const {
-    if (!expression.empty()) return "\"" + expression + "\"";
+    if (held) return "\"" + held->text + "\"";
     Resolve();
     return time.AsExportString(format);
 }
@@ -124,7 +172,7 @@ long DateValue::AsLong() const {
 
 double DateValue::AsDouble() const {
     // Deliberately without Resolve: an unresolved expression reads as never.
-    std::lock_guard<std::mutex> hold(lock);
+    if (!Resolved()) return STime::Never().SecondsSince1970();
     return time.SecondsSince1970();
 }
 

@@ -105,3 +105,39 @@ TEST(DateValueTest, Intervals) {
     EXPECT_TRUE(interval->equal(ValuePtr(interval->Clone()).get()));
     EXPECT_FALSE(ValuePtr(Value::ForInterval("0"))->AsBoolean());
 }
+
+// Dates read from a file keep their text only when it is not the instant's
+// own universal-time form; that form is then made again by arithmetic, which
+// must agree with the calendar services to the byte.
+TEST(DateValueTest, WrittenFormsAgreeWithTheCalendar) {
+    std::vector<std::string> texts = {"1583-01-01T00:00:00Z", "1600-02-29T12:34:56Z", "1899-12-31T23:59:59Z",
+                                      "1900-02-28T00:00:01Z", "1970-01-01T00:00:00Z", "1969-12-31T23:59:59Z",
+                                      "2000-02-29T06:07:08Z", "2024-12-31T23:59:59Z", "2100-03-01T00:00:00Z",
+                                      "9999-12-31T23:59:59Z"};
+    // A spread of instants over four centuries, one every 1,000,003 minutes.
+    for (double s = -11000000000.0; s < 4000000000.0; s += 60000180.0)
+        texts.push_back(ValuePtr(Value::ForDate(STime(s)))->AsXML());
+    for (const std::string& text : texts) {
+        // Read by arithmetic, and by the calendar when given as an offset.
+        EXPECT_EQ(STime::For(text), STime::For(text.substr(0, 19) + "+00:00")) << text;
+        ValuePtr read(Value::ForDate(text));
+        EXPECT_EQ(read->AsXML(), text);
+        EXPECT_EQ(read->AsString(), text);
+        // Made from the instant alone, the text comes from the calendar.
+        EXPECT_EQ(ValuePtr(Value::ForDate(read->AsTime()))->AsXML(), text);
+    }
+    // Texts that are not the universal form are kept as they were written.
+    for (const char* text : {"2026-01-01", "2026-1-2", "1500-06-01T00:00:00Z"})
+        EXPECT_EQ(ValuePtr(Value::ForDate(text))->AsXML(), text);
+    // Fields out of range are left to the general reader.
+    STime ignored;
+    for (const char* text : {"2026-02-29T00:00:00Z", "1900-02-29T00:00:00Z", "2026-13-01T00:00:00Z",
+                             "2026-04-31T00:00:00Z", "2026-01-01T24:00:00Z", "2026-01-01T00:60:00Z",
+                             "2026-01-01T00:00:60Z", "1582-12-31T00:00:00Z", "2026-01-01 00:00:00Z",
+                             "2026-01-01T00:00:00", "+026-01-01T00:00:00Z"})
+        EXPECT_FALSE(STime::FromUniversalText(text, ignored)) << text;
+    EXPECT_TRUE(STime::FromUniversalText("2000-02-29T23:59:59Z", ignored));
+    EXPECT_EQ(ignored.UniversalText(), "2000-02-29T23:59:59Z");
+    EXPECT_EQ(STime(0.5).UniversalText(), "");
+    EXPECT_EQ(STime::Never().UniversalText(), "");
+}
