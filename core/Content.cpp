@@ -11,21 +11,38 @@ RylSerial& ContentQueue() {
 }
 } // namespace
 
+const std::string& Content::RTFText() const {
+    static const std::string none;
+    return styled ? styled->rtf : none;
+}
+
+const std::string& Content::RTFDData() const {
+    static const std::string none;
+    return styled ? styled->rtfd : none;
+}
+
+Content::Styled& Content::MutableStyled() {
+    if (!styled)
+        styled = std::make_unique<Styled>();
+    return *styled;
+}
+
+// Called on the content queue.
+void Content::CopyFrom(const Content& other) {
+    text = other.text;
+    if (other.styled)
+        styled = std::make_unique<Styled>(*other.styled);
+    else
+        styled.reset();
+}
+
 Content::Content(const Content& other) {
-    ContentQueue().Sync([&] {
-        text = other.text;
-        rtf = other.rtf;
-        rtfd = other.rtfd;
-    });
+    ContentQueue().Sync([&] { CopyFrom(other); });
 }
 
 Content& Content::operator=(const Content& other) {
     if (this != &other)
-        ContentQueue().Sync([&] {
-            text = other.text;
-            rtf = other.rtf;
-            rtfd = other.rtfd;
-        });
+        ContentQueue().Sync([&] { CopyFrom(other); });
     return *this;
 }
 
@@ -64,27 +81,33 @@ long Content::WordCount() const {
 }
 
 bool Content::HasRTF() const {
-    return ContentQueue().Sync([&] { return !rtf.empty(); });
+    return ContentQueue().Sync([&] { return !RTFText().empty(); });
 }
 
 std::string Content::GetRTF() const {
-    return ContentQueue().Sync([&] { return rtf; });
+    return ContentQueue().Sync([&] { return RTFText(); });
 }
 
 void Content::SetRTF(const std::string& r) {
-    ContentQueue().Sync([&] { rtf = r; });
+    ContentQueue().Sync([&] {
+        if (!r.empty() || styled)
+            MutableStyled().rtf = r;
+    });
 }
 
 bool Content::HasRTFD() const {
-    return ContentQueue().Sync([&] { return !rtfd.empty(); });
+    return ContentQueue().Sync([&] { return !RTFDData().empty(); });
 }
 
 std::string Content::GetRTFD() const {
-    return ContentQueue().Sync([&] { return rtfd; });
+    return ContentQueue().Sync([&] { return RTFDData(); });
 }
 
 void Content::SetRTFD(const std::string& r) {
-    ContentQueue().Sync([&] { rtfd = r; });
+    ContentQueue().Sync([&] {
+        if (!r.empty() || styled)
+            MutableStyled().rtfd = r;
+    });
 }
 
 void Content::SetText(std::string&& t) {
@@ -92,9 +115,15 @@ void Content::SetText(std::string&& t) {
 }
 
 void Content::SetRTF(std::string&& r) {
-    ContentQueue().Sync([&] { rtf = std::move(r); });
+    ContentQueue().Sync([&] {
+        if (!r.empty() || styled)
+            MutableStyled().rtf = std::move(r);
+    });
 }
 
 void Content::SetRTFD(std::string&& r) {
-    ContentQueue().Sync([&] { rtfd = std::move(r); });
+    ContentQueue().Sync([&] {
+        if (!r.empty() || styled)
+            MutableStyled().rtfd = std::move(r);
+    });
 }

@@ -1,6 +1,10 @@
 #pragma once
 // A note's text. It keeps the plain text, the RTF text and the RTFD data (with
 // pictures). All access goes through one process-wide serial queue.
+//
+// Most notes have plain text only, so the two styled forms live apart and are
+// made when first set to something.
+#include <memory>
 #include <string>
 
 #include "StyledText.h"
@@ -12,7 +16,7 @@ public:
     Content() = default;
     Content(const Content& other);
     Content& operator=(const Content& other);
-    virtual ~Content() = default;
+    ~Content() = default;
 
     std::string GetText() const;
     void SetText(const std::string& text);
@@ -52,7 +56,16 @@ public:
     void SetJustification(TextAlignment alignment);
 
 private:
+    struct Styled {
+        std::string rtf;
+        std::string rtfd;
+    };
+    // The styled forms, made on demand; "" when there is none.
+    Styled& MutableStyled();
+    const std::string& RTFText() const;
+    const std::string& RTFDData() const;
+    void CopyFrom(const Content& other);
+
     std::string text;
-    std::string rtf;
-    std::string rtfd;
+    std::unique_ptr<Styled> styled;
 };
