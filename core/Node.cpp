@@ -35,11 +35,7 @@ Node::Node(Hypertext* h) : hypertext(h), id(h) {
         hypertext->Adopt(this);
 }
 
-Node::Node(const std::string& n, Node* parent, Node* after, double x, double y) {
-    hypertext = parent ? parent->GetHypertext() : nullptr;
-    assert(hypertext != nullptr && "file!=NULL");
-    hypertext->Adopt(this);
-    id = NodeID(hypertext);
+Node::Node(const std::string& n, Node* parent, Node* after, double x, double y) : Node(parent, after, true) {
     SetName(n);
     NodePosition(this).InitializePosition(parent, after, x, y);
     // Created and Modified hold the same instant: one shared date value.
@@ -52,14 +48,36 @@ Node::Node(const std::string& n, Node* parent, Node* after, double x, double y) 
     hypertext->AddNode(this);
 }
 
+Node::Node(Node* parent, Node* after, bool) {
+    hypertext = parent ? parent->GetHypertext() : nullptr;
+    assert(hypertext != nullptr && "file!=NULL");
+    hypertext->Adopt(this);
+    id = NodeID(hypertext);
+}
+
+Node* Node::CreateForReading(Node* parent, Node* after, const uint32_t* fileID, const std::string* fileCreator) {
+    if (!parent || !parent->GetHypertext())
+        return nullptr;
+    Node* node = new Node(parent, after, true);
+    NodePosition(node).PlaceWithoutPosition(parent, after);
+    // The fresh id is still drawn, so that the shared counter moves as it
+    // does for any new note; only its values are never made.
+    if (fileID)
+        node->SetID(*fileID, fileCreator ? *fileCreator : node->Creator());
+    else
+        node->SetID(node->GetID());
+    node->hypertext->AddNode(node);
+    return node;
+}
+
 Node::Node(const Node& source, unsigned char withLinks) {
     hypertext = source.hypertext;
     if (hypertext)
         hypertext->Adopt(this);
     if (const Content* text = source.GetContent(); text && text != EmptyContent())
         content = std::make_unique<Content>(*text);
-    if (source.oldAdornments)
-        oldAdornments = std::make_unique<NodeVector>(*source.oldAdornments);
+    if (const NodeVector* adornments = source.OldAdornments())
+        MutableRare().oldAdornments = std::make_unique<NodeVector>(*adornments);
     newlyCreated = source.newlyCreated;
     inhibitSorting = source.inhibitSorting;
     outlineOrder = source.outlineOrder;
@@ -75,7 +93,6 @@ Node::Node(const Node& source, unsigned char withLinks) {
     if (Node* prototype = source.GetPrototype())
         GetPrototypeCache()->SetNode(prototype);
     std::string copyName = NodeName(const_cast<Node*>(&source)).MakeNameForDuplicate(source.Name());
-    name = copyName;
     if (const Attribute* nameAttr = NameAttribute())
         Node::DoSet(nameAttr, Value::Create(copyName));
     Value* now = Value::ForDate(STime::Now());
@@ -97,7 +114,7 @@ Node::Node(const Node& source, unsigned char withLinks) {
     if (const Attribute* idAttr = GetAttribute("ID"); idAttr && idAttr->IsValid())
         Node::DoSet(idAttr, Value::ForUnsigned(id.GetID()));
     if (const Attribute* creator = GetAttribute("Creator"); creator && creator->IsValid())
-        Node::DoSet(creator, Value::Create(id.GetCreator()));
+        Node::DoSet(creator, id.CreatorValue());
 }
 
 Node::~Node() {
@@ -115,12 +132,11 @@ Node::~Node() {
     aliases.reset();
     prototypeCache.reset();
     prototypeNode = nullptr;
-    oldAdornments.reset();
+    rare.reset();
     if (hypertext)
         hypertext->RemoveNode(this);
     hypertext = nullptr;
     content.reset();
-    name = "deleted " + name;
 }
 
 Node* Node::Create(Hypertext* h) {
@@ -198,7 +214,7 @@ void Node::SetID(const NodeID& newID) {
     if (idAttr && idAttr->IsValid())
         Node::DoSet(idAttr, Value::ForUnsigned(id.GetID()));
     if (const Attribute* creator = GetAttribute("Creator"); creator && creator->IsValid())
-        Node::DoSet(creator, Value::Create(id.GetCreator()));
+        Node::DoSet(creator, id.CreatorValue());
     CanForward(forward);
     if (hasID && hypertext)
         hypertext->AddNode(this);
@@ -318,7 +334,6 @@ std::string Node::DefaultName() const {
 }
 
 void Node::SetName(const std::string& newName) {
-    name = newName;
     Node* original = GetOriginal();
     if (original->Name() != newName) {
         if (const Attribute* attr = NameAttribute())
@@ -463,8 +478,13 @@ void Node::DoSet(const Attribute* attribute, const Value* value) {
     {
         StObjectLock guard(lock);
         const Value* old = properties.Get(attribute);
-        if (old == value)
+        if (old == value) {
+            // Writing a shared value the note already holds hands over one
+            // more reference to it, which the note does not keep.
+            if (value && value->IsShared())
+                value->Delete();
             return;
+        }
         if (old)
             changed = old->compare(value) != 0;
         Value* replaced = properties.Put(attribute, const_cast<Value*>(value));
@@ -726,18 +746,27 @@ void Node::DeletingAlias(Node* alias) {
 
 NodeVector Node::Aliases() const { return aliases ? aliases->Aliases() : NodeVector(); }
 
-void Node::SetOldAdornments(const NodeVector& v) { oldAdornments = std::make_unique<NodeVector>(v); }
+Node::Rare& Node::MutableRare() {
+    // Export output may be set from a worker thread while the note moves.
+    StObjectLock guard(lock);
+    if (!rare)
+        rare = std::make_unique<Rare>();
+    return *rare;
+}
+
+void Node::SetOldAdornments(const NodeVector& v) { MutableRare().oldAdornments = std::make_unique<NodeVector>(v); }
 
 std::string Node::OutputWorkingString() const {
     StObjectLock guard(lock);
-    return outputWorkingString ? *outputWorkingString : std::string();
+    return rare && rare->outputWorkingString ? *rare->outputWorkingString : std::string();
 }
 
 void Node::SetOutputWorkingString(const std::string& s) {
     StObjectLock guard(lock);
-    if (!outputWorkingString)
-        outputWorkingString = std::make_unique<std::string>();
-    *outputWorkingString = s;
+    Rare& extra = MutableRare();
+    if (!extra.outputWorkingString)
+        extra.outputWorkingString = std::make_unique<std::string>();
+    *extra.outputWorkingString = s;
 }
 
 NotANode* NotANode::Get() {

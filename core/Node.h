@@ -47,6 +47,13 @@ public:
     static Node* Create(Hypertext* hypertext);
     static Node* Create(const std::string& name, Node* parent, Node* after, double x, double y, bool initialize);
     static Node* Create(const Node& source, unsigned char withLinks);
+    // A note placed under `parent` after `after` with nothing but its id and
+    // creator: a reader gives it every other value from the file, so the
+    // creation date and position a new note starts with would only be
+    // replaced or removed again. With `fileID` the note takes that id, and
+    // `fileCreator` or else the creator of a fresh id.
+    static Node* CreateForReading(Node* parent, Node* after, const uint32_t* fileID = nullptr,
+                                  const std::string* fileCreator = nullptr);
 
     virtual Node* Clone(unsigned char withLinks) const;
     virtual bool IsValid() const { return true; }
@@ -179,7 +186,7 @@ public:
     virtual std::string GetPrototypeRequest() const;
     virtual const Attribute* SortAttribute() const;
     virtual const Attribute* GetAttribute(const std::string& name) const;
-    virtual const NodeVector* OldAdornments() const { return oldAdornments.get(); }
+    virtual const NodeVector* OldAdornments() const { return rare ? rare->oldAdornments.get() : nullptr; }
     virtual void SetOldAdornments(const NodeVector& v);
     virtual bool NeedsToBeIndexed() const { return needsToBeIndexed; }
     virtual void NeedsToBeIndexed(bool n) { needsToBeIndexed = n; }
@@ -202,16 +209,16 @@ public:
     ObjectLock& Lock() const { return lock; }
     std::string OutputWorkingString() const;
     void SetOutputWorkingString(const std::string& s);
-    // The name last given to SetName, for diagnostics.
-    const std::string& DiagnosticName() const { return name; }
 
 protected:
     Node() = default;
+    // The part of construction every placed note shares: the document and a
+    // fresh id. The flag only tells this constructor apart.
+    Node(Node* parent, Node* after, bool);
     friend class NodeMaker;
     friend class NodePosition;
     friend class AliasNode;
 
-    std::string name;
     Hypertext* hypertext = nullptr;
     // Links in the document's list of every note it made (see
     // Hypertext::Adopt): a list costs no hashing and no extra allocation.
@@ -225,7 +232,6 @@ protected:
     // The cached prototype, kept equal to prototypeCache's by the cache.
     mutable Node* prototypeNode = nullptr;
     mutable std::unique_ptr<NodeAliases> aliases;
-    std::unique_ptr<NodeVector> oldAdornments;
     mutable ObjectLock lock;
     RylThreadSafeCount outlineOrder;
     RylThreadSafeCount siblingOrder;
@@ -238,8 +244,14 @@ protected:
     bool needsGeographicUpdate = false;
     bool needsToBeIndexed = false;
     bool inhibitSorting = false;
-    // Made on first use: most notes never write output.
-    std::unique_ptr<std::string> outputWorkingString;
+    // What few notes ever have, made on first use: the adornments a note had
+    // before it moved, and the text an export accumulates for it.
+    struct Rare {
+        std::unique_ptr<NodeVector> oldAdornments;
+        std::unique_ptr<std::string> outputWorkingString;
+    };
+    Rare& MutableRare();
+    std::unique_ptr<Rare> rare;
 };
 
 // The one note that stands for "no note": every query answers safely.

@@ -208,6 +208,12 @@ void NodePosition::DoMoveToInternalWithoutOnAdd(Node* parent, Node* after, doubl
 }
 
 bool NodePosition::InitializePosition(Node* parent, Node* after, double x, double y) const {
+    return Place(parent, after, true, x, y);
+}
+
+bool NodePosition::PlaceWithoutPosition(Node* parent, Node* after) const { return Place(parent, after, false, 0, 0); }
+
+bool NodePosition::Place(Node* parent, Node* after, bool withPosition, double x, double y) const {
     if (!node || !parent)
         return false;
     if (after && (!after->IsValid() || after->IsHidden()))
@@ -230,7 +236,8 @@ bool NodePosition::InitializePosition(Node* parent, Node* after, double x, doubl
     } else if (fatherChanged && oldFather) {
         oldFather->Changed(2);
     }
-    SetPosition(x, y);
+    if (withPosition)
+        SetPosition(x, y);
     if (after)
         after->AddBrother(node);
     else

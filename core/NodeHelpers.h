@@ -34,6 +34,9 @@ public:
     void DoMoveToInternalWithoutOnAdd(Node* parent, Node* after, double x, double y) const;
     // Links the note into the tree; answers whether its father changed.
     bool InitializePosition(Node* parent, Node* after, double x, double y) const;
+    // The same without giving the note a position: for a note whose position
+    // comes later (from a file), so that none is made only to be replaced.
+    bool PlaceWithoutPosition(Node* parent, Node* after) const;
     SPoint GetPosition() const;
     void SetPosition(double x, double y) const;
     void SetPosition(const SPoint& p) const { SetPosition(p.x, p.y); }
@@ -43,6 +46,9 @@ public:
     long SiblingOrder() const;
     void AboutToMove(Node* oldFather, Node* newFather) const {}
     void JustMoved(bool moved, const NodeVector& adornments) const;
+
+private:
+    bool Place(Node* parent, Node* after, bool withPosition, double x, double y) const;
 };
 
 class NodeCollections : public NodeFacade {

@@ -2,10 +2,11 @@
 
 #include <chrono>
 #include <mutex>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "Hypertext.h"
 #include "RylSerial.h"
+#include "Value.h"
 
 namespace {
 
@@ -21,11 +22,40 @@ uint32_t& LastIDStorage() {
 
 } // namespace
 
-const std::string* NodeID::Intern(const std::string& name) {
+namespace {
+
+// Every creator name seen, each with the value notes store as their Creator:
+// one shared value per name instead of a string value per note. Both live as
+// long as the program.
+std::mutex& CreatorsLock() {
     static std::mutex mutex;
-    static std::unordered_set<std::string>* names = new std::unordered_set<std::string>();
-    std::lock_guard<std::mutex> guard(mutex);
-    return &*names->insert(name).first;
+    return mutex;
+}
+
+std::unordered_map<std::string, Value*>& Creators() {
+    static auto* creators = new std::unordered_map<std::string, Value*>();
+    return *creators;
+}
+
+}  // namespace
+
+const std::string* NodeID::Intern(const std::string& name) {
+    std::lock_guard<std::mutex> guard(CreatorsLock());
+    auto [entry, added] = Creators().try_emplace(name, nullptr);
+    if (added) {
+        Value* value = Value::Create(name);
+        if (!value->IsShared()) {
+            value->Delete();
+            value = new CountedStringValue(name);
+        }
+        entry->second = value;
+    }
+    return &entry->first;
+}
+
+Value* NodeID::CreatorValue() const {
+    std::lock_guard<std::mutex> guard(CreatorsLock());
+    return Creators().at(*creator)->Clone();
 }
 
 NodeID::NodeID(uint32_t i, std::string c) : id(i), creator(Intern(c)) {

@@ -7,6 +7,7 @@
 #include <string>
 
 class Hypertext;
+class Value;
 
 class NodeID {
 public:
@@ -25,6 +26,9 @@ public:
     virtual bool Equal(uint32_t otherID, const std::string& otherCreator) const {
         return id == otherID && *creator == otherCreator;
     }
+    // The creator as a value for the note's Creator attribute: a new
+    // reference to one value shared by every id of that creator.
+    Value* CreatorValue() const;
     // Inverted sense: 1 when the other's id is below this one's.
     virtual int Compare(const NodeID& other) const;
     virtual bool operator<(const NodeID& other) const { return Compare(other) == 1; }

@@ -203,14 +203,19 @@ void TalvikReader::StartNote(XMLItem* item) {
     state->fileCreator = a.GetString("Creator");
     Node* node = nullptr;
     if (stack.empty() && !pasting && !sawFirstNote) {
+        // The document's root takes the place of the file's first note.
         node = root;
+        if (a.Has("ID"))
+            node->SetID(state->fileID, a.Has("Creator") ? state->fileCreator : node->Creator());
     } else {
         Node* parent = stack.empty() ? root : stack.back()->node;
         Node* elder = stack.empty() ? (topNodes.empty() ? (pasting ? after : root->YoungestSon()) : topNodes.back())
                                     : stack.back()->lastChild;
         if (item->Name() != "item")
             LogLine("TalvikReader: <" + item->Name() + "> is read as a plain note");
-        node = NodeMaker(hypertext).MakeDontInitialize("", parent, elder, 0, 0);
+        bool keepID = !pasting && a.Has("ID");
+        node = Node::CreateForReading(parent, elder, keepID ? &state->fileID : nullptr,
+                                      a.Has("Creator") ? &state->fileCreator : nullptr);
         if (!node) {
             LogLine("RylNodeBuilder: node is nil. This should never happen");
             Fail("a note could not be made");
@@ -218,10 +223,6 @@ void TalvikReader::StartNote(XMLItem* item) {
         }
     }
     sawFirstNote = true;
-    if (!pasting && a.Has("ID")) {
-        std::string creator = a.Has("Creator") ? state->fileCreator : node->Creator();
-        node->SetID(state->fileID, creator);
-    }
     std::string proto = a.GetString("proto");
     if (!proto.empty())
         prototypeRequests.emplace_back(node, proto);
@@ -266,7 +267,12 @@ void TalvikReader::NoteChild(XMLItem* item) {
             return;
         if (attribute->Name() == "Alias")
             state.isProxy = true;
-        state.node->Set(attribute, item->Text());
+        if (attribute->GetType() == AttributeType::kFile) {
+            state.node->Set(attribute, item->Text());
+        } else {
+            auto slot = interners.try_emplace(attribute, attribute->GetType()).first;
+            state.node->Set(attribute, slot->second.Make(item->Text()));
+        }
         state.provided.push_back(attribute);
     } else if (name == "text") {
         state.text = std::move(item->MutableText());
@@ -487,7 +493,10 @@ void TalvikReader::MakePrototypes() {
 }
 
 void TalvikReader::MakeLinks() {
-    for (LinkRecord& record : linkRecords) {
+    // Each record goes as its link is made, so that the records and the
+    // links they become never all exist at once.
+    for (; !linkRecords.empty(); linkRecords.pop_front()) {
+        LinkRecord& record = linkRecords.front();
         Node* source = FindNode(record.sourceID, record.sourceCreator);
         Node* dest = record.hasDest ? FindNode(record.destID, record.destCreator) : nullptr;
         if (!source || (record.hasDest && !dest)) {
@@ -505,7 +514,6 @@ void TalvikReader::MakeLinks() {
         else
             ++linksDropped;
     }
-    linkRecords.clear();
     linkRecords.shrink_to_fit();
 }
 
@@ -526,6 +534,7 @@ bool TalvikReader::Finish(bool parsed) {
     MakeAliases();
     MakePrototypes();
     MakeLinks();
+    interners.clear();
     NodeLinks(root).UpdateLinkTypes();
     if (!pasting) {
         // Documents of earlier versions export with the extension set in the preferences.

@@ -6,6 +6,7 @@
 // whole XML tree in memory. Links, aliases and prototypes wait until every
 // note exists.
 #include <cstdint>
+#include <deque>
 #include <istream>
 #include <memory>
 #include <string>
@@ -15,6 +16,7 @@
 
 #include "Link.h"
 #include "NodeVector.h"
+#include "ValueInterner.h"
 #include "XMLReader.h"
 
 class Attribute;
@@ -83,7 +85,11 @@ private:
     std::unordered_multimap<uint32_t, Node*> byID;
     std::vector<Node*> proxies;
     std::vector<std::pair<Node*, std::string>> prototypeRequests;
-    std::vector<LinkRecord> linkRecords;
+    // Links wait here until every note exists; a deque grows without moving
+    // what it holds.
+    std::deque<LinkRecord> linkRecords;
+    // One per attribute: notes that hold the same text share one value.
+    std::unordered_map<const Attribute*, ValueInterner> interners;
     long noteCount = 0;
     long linksMade = 0;
     long linksDropped = 0;

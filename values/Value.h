@@ -74,6 +74,9 @@ public:
     virtual int compare(const Value* other, Transformer* transformer) const;
     virtual bool equal(const Value& other) const;
     virtual bool equal(const Value* other) const;
+    // Whether Clone answers this same object (with one more reference)
+    // rather than a copy: such a value may be held in many places at once.
+    virtual bool IsShared() const { return false; }
 
     virtual ~Value();
 
@@ -184,6 +187,7 @@ public:
     explicit CountedStringValue(const std::string& text);
     Value* Clone() const override;
     void Delete() const override;
+    bool IsShared() const override { return true; }
 
     long Count() const { return count; }
 
@@ -237,6 +241,7 @@ public:
     explicit CountedLongValue(int32_t number);
     Value* Clone() const override;
     void Delete() const override;
+    bool IsShared() const override { return true; }
 
 protected:
     mutable long count = 1;
@@ -300,6 +305,9 @@ public:
     int compare(const Value* other) const override;
     using Value::compare;
 
+    // Whether the value was read from the tagged form, whose text it keeps.
+    bool IsTagged() const { return taggedText != nullptr; }
+
 private:
     double value = 0.0;
     // The whole tagged text of a value read from "Double[ x ]", which
@@ -326,6 +334,8 @@ public:
     // Byte order of the texts, reversed.
     int compare(const Value* other) const override;
     using Value::compare;
+
+    const std::string& Text() const { return text; }
 
 private:
     PColor color;

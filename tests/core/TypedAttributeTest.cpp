@@ -10,6 +10,7 @@
 #include "PropertyList.h"
 #include "Props.h"
 #include "TestDocument.h"
+#include "DateValue.h"
 #include "Value.h"
 
 TEST(TypedAttributes, TextIsReadThroughTheAttributesType) {
@@ -248,4 +249,23 @@ TEST(AttributeTable, NormaliseAndCopyValuesBetweenNotes) {
     EXPECT_NE(blank->GetDouble("Xpos"), 99);
     EXPECT_EQ(NodeText(blank).GetText(), "body text");
     EXPECT_EQ(blank->Father(), doc.Root());
+}
+
+// Writing a shared value that a note already holds hands the note a second
+// reference it must not keep: the count stays at what the holders own.
+TEST(TypedAttributes, WritingTheSharedValueANoteHoldsKeepsOneReference) {
+    Hypertext doc;
+    Node* n = MakeNote(doc, "n");
+    ValuePtr due(Value::ForDate("2026-05-06"));
+    const auto* date = dynamic_cast<const DateValue*>(due.get());
+    ASSERT_NE(date, nullptr);
+    n->Set("DueDate", due->Clone());
+    EXPECT_EQ(date->Count(), 2);
+    n->Set("DueDate", due->Clone());
+    n->Set("DueDate", due->Clone());
+    EXPECT_EQ(date->Count(), 2);
+    EXPECT_EQ(n->Get("DueDate"), due.get());
+    n->Remove("DueDate");
+    doc.CleanupDeletedValues();
+    EXPECT_EQ(date->Count(), 1);
 }

@@ -541,3 +541,45 @@ TEST(DocumentFormat, PreferencesOlderFilesAndWhatCountsAsADocument) {
     EXPECT_TRUE(TalvikReader::CouldBeXML(std::string(1016, ' ') + "<rylvane"));
     EXPECT_FALSE(TalvikReader::CouldBeXML(std::string(1017, ' ') + "<rylvane"));
 }
+
+// Notes read with the same text for an attribute share one value; a note
+// read needs no values beyond what the file gives it; and writing one of the
+// sharing notes later changes that note alone.
+TEST(DocumentFormat, NotesReadWithEqualTextsShareOneValueYetChangeAlone) {
+    Hypertext doc;
+    AttributeInfo(&doc).CreateBasicAttribute("Status", "User", true, AttributeType::kString);
+    Node* a = AddNote(doc, "a", nullptr, 3, 4);
+    Node* b = AddNote(doc, "b", nullptr, 3, 5);
+    Node* c = AddNote(doc, "c", a, 3, 6);
+    for (Node* n : {a, b, c})
+        n->Set("Status", "open");
+    std::string bytes = WriteDocument(doc);
+
+    auto read = ReadDocument(bytes);
+    ASSERT_TRUE(read);
+    Node* ra = Named(*read, "a");
+    Node* rb = Named(*read, "b");
+    Node* rc = Named(*read, "c");
+    ASSERT_TRUE(ra && rb && rc);
+    const Attribute* status = read->AttributeStorage()->GetAttribute("Status");
+    const Attribute* xpos = read->AttributeStorage()->GetAttribute("Xpos");
+    EXPECT_EQ(ra->DoGetImmediate(status), rb->DoGetImmediate(status));
+    EXPECT_EQ(ra->DoGetImmediate(status), rc->DoGetImmediate(status));
+    EXPECT_EQ(ra->DoGetImmediate(xpos), rc->DoGetImmediate(xpos));
+    // Each note holds exactly the values its element lists, plus its id.
+    for (Node* n : {ra, rb, rc}) {
+        std::vector<std::string> names;
+        for (const auto& [attribute, value] : n->Properties())
+            names.push_back(attribute->Name());
+        EXPECT_EQ(names, (std::vector<std::string>{"Created", "Creator", "ID", "Modified", "Name", "Status", "Xpos",
+                                                   "Ypos"}))
+            << n->Name();
+    }
+
+    rb->Set("Status", "done");
+    rc->Set("Status", ra->CreateClonedValue(status));
+    EXPECT_EQ(ra->GetString("Status"), "open");
+    EXPECT_EQ(rb->GetString("Status"), "done");
+    EXPECT_EQ(rc->GetString("Status"), "open");
+    EXPECT_EQ(WriteDocument(*ReadDocument(WriteDocument(*read))), WriteDocument(*read));
+}
