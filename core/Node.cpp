@@ -129,8 +129,10 @@ Node::~Node() {
         delete child;
     }
     properties.DeleteValues();
-    aliases.reset();
-    prototypeCache.reset();
+    if (rare) {
+        rare->aliases.reset();
+        rare->prototypeCache.reset();
+    }
     prototypeNode = nullptr;
     rare.reset();
     if (hypertext)
@@ -254,7 +256,7 @@ void Node::Hide() {
 void Node::DoHide() {
     if (hidden)
         return;
-    if (!IsAlias() && aliases)
+    if (NodeAliases* aliases = KnownAliases(); aliases && !IsAlias())
         aliases->HideTheAliases(true);
     DoHideSelf();
 }
@@ -285,7 +287,7 @@ void Node::DoShow() {
     if (!hidden)
         return;
     DoShowSelf();
-    if (!IsAlias() && aliases)
+    if (NodeAliases* aliases = KnownAliases(); aliases && !IsAlias())
         aliases->ShowTheHiddenAliases();
 }
 
@@ -692,11 +694,15 @@ void Node::CloneValue(const std::string& n, const Node* source) {
 // ------------------------------------------------------------- prototypes
 
 PrototypeCache* Node::GetPrototypeCache() const {
-    if (!prototypeCache) {
-        prototypeCache = std::make_unique<PrototypeCache>();
-        prototypeCache->Mirror(&prototypeNode);
+    if (PrototypeCache* cache = KnownPrototypeCache())
+        return cache;
+    Rare& extra = MutableRare();
+    StObjectLock guard(lock);
+    if (!extra.prototypeCache) {
+        extra.prototypeCache = std::make_unique<PrototypeCache>();
+        extra.prototypeCache->Mirror(&prototypeNode);
     }
-    return prototypeCache.get();
+    return extra.prototypeCache.get();
 }
 
 Node* Node::GetPrototype() const { return CachedPrototypeNode(); }
@@ -714,7 +720,8 @@ void Node::WillHavePrototype(const Link* link) { GetPrototypeCache()->Set(link);
 void Node::RequestPrototype(const std::string& n) { GetPrototypeCache()->RequestPrototype(n); }
 
 std::string Node::GetPrototypeRequest() const {
-    return prototypeCache ? prototypeCache->GetPrototypeRequest() : std::string();
+    PrototypeCache* cache = KnownPrototypeCache();
+    return cache ? cache->GetPrototypeRequest() : std::string();
 }
 
 const Attribute* Node::SortAttribute() const {
@@ -727,26 +734,33 @@ const Attribute* Node::SortAttribute() const {
 // ----------------------------------------------------------------- aliases
 
 NodeAliases* Node::GetNodeAliases() const {
-    if (!aliases)
-        aliases = std::make_unique<NodeAliases>();
-    return aliases.get();
+    if (NodeAliases* aliases = KnownAliases())
+        return aliases;
+    Rare& extra = MutableRare();
+    StObjectLock guard(lock);
+    if (!extra.aliases)
+        extra.aliases = std::make_unique<NodeAliases>();
+    return extra.aliases.get();
 }
 
 void Node::AddAlias(Node* alias) { GetNodeAliases()->Add(alias); }
 
 void Node::HidingAlias(Node* alias, bool hiding) {
-    if (aliases)
+    if (NodeAliases* aliases = KnownAliases())
         aliases->Hiding(alias, hiding);
 }
 
 void Node::DeletingAlias(Node* alias) {
-    if (aliases)
+    if (NodeAliases* aliases = KnownAliases())
         aliases->Deleting(alias);
 }
 
-NodeVector Node::Aliases() const { return aliases ? aliases->Aliases() : NodeVector(); }
+NodeVector Node::Aliases() const {
+    NodeAliases* aliases = KnownAliases();
+    return aliases ? aliases->Aliases() : NodeVector();
+}
 
-Node::Rare& Node::MutableRare() {
+Node::Rare& Node::MutableRare() const {
     // Export output may be set from a worker thread while the note moves.
     StObjectLock guard(lock);
     if (!rare)

@@ -228,10 +228,8 @@ protected:
     NodeID id;
     PropertyList properties;
     mutable std::unique_ptr<Content> content;
-    mutable std::unique_ptr<PrototypeCache> prototypeCache;
     // The cached prototype, kept equal to prototypeCache's by the cache.
     mutable Node* prototypeNode = nullptr;
-    mutable std::unique_ptr<NodeAliases> aliases;
     mutable ObjectLock lock;
     RylThreadSafeCount outlineOrder;
     RylThreadSafeCount siblingOrder;
@@ -244,14 +242,19 @@ protected:
     bool needsGeographicUpdate = false;
     bool needsToBeIndexed = false;
     bool inhibitSorting = false;
-    // What few notes ever have, made on first use: the adornments a note had
-    // before it moved, and the text an export accumulates for it.
+    // What few notes ever have, made on first use: the prototype relation and
+    // its pending request, the note's aliases, the adornments it had before
+    // it moved, and the text an export accumulates for it.
     struct Rare {
+        std::unique_ptr<PrototypeCache> prototypeCache;
+        std::unique_ptr<NodeAliases> aliases;
         std::unique_ptr<NodeVector> oldAdornments;
         std::unique_ptr<std::string> outputWorkingString;
     };
-    Rare& MutableRare();
-    std::unique_ptr<Rare> rare;
+    Rare& MutableRare() const;
+    PrototypeCache* KnownPrototypeCache() const { return rare ? rare->prototypeCache.get() : nullptr; }
+    NodeAliases* KnownAliases() const { return rare ? rare->aliases.get() : nullptr; }
+    mutable std::unique_ptr<Rare> rare;
 };
 
 // The one note that stands for "no note": every query answers safely.

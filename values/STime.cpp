@@ -288,10 +288,17 @@ std::string STime::UniversalText() const {
     int64_t rest = total - days * 86400;
     int64_t year = 0, month = 0, day = 0;
     CivilFromDays(days, year, month, day);
-    char text[32];
-    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", static_cast<int>(year), static_cast<int>(month),
-                  static_cast<int>(day), static_cast<int>(rest / 3600), static_cast<int>(rest / 60 % 60),
-                  static_cast<int>(rest % 60));
+    std::string text = "0000-00-00T00:00:00Z";
+    auto put = [&text](size_t end, int64_t number) {
+        for (size_t i = end; number > 0; number /= 10)
+            text[--i] = static_cast<char>('0' + number % 10);
+    };
+    put(4, year);
+    put(7, month);
+    put(10, day);
+    put(13, rest / 3600);
+    put(16, rest / 60 % 60);
+    put(19, rest % 60);
     return text;
 }
 
