@@ -20,6 +20,11 @@ public:
     Attribute* GetAttribute(const std::string& name) const;
     Attribute* Get(const std::string& name) const { return GetAttribute(name); }
     bool Has(const std::string& name) const { return byName.count(name) != 0; }
+    // The attribute of that name, or null (not the null attribute) when none.
+    Attribute* Find(const std::string& name) const {
+        auto it = byName.find(name);
+        return it == byName.end() ? nullptr : it->second;
+    }
     // Refuses a name already taken; answers whether the attribute was added.
     bool AddAttribute(Attribute* attribute);
     long GetCount() const { return static_cast<long>(byName.size()); }

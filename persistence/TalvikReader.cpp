@@ -55,7 +55,8 @@ struct TalvikReader::NoteState {
     std::string text;
     std::string rtf;
     std::string rtfd;
-    // Local values the note had when made, and those the file gave it.
+    // Local values the note had when made (but its id and creator), and,
+    // only when there are such, the attributes the file gave values to.
     std::vector<const Attribute*> initial;
     std::vector<const Attribute*> provided;
 };
@@ -226,8 +227,11 @@ void TalvikReader::StartNote(XMLItem* item) {
     std::string proto = a.GetString("proto");
     if (!proto.empty())
         prototypeRequests.emplace_back(node, proto);
+    // Values the note holds before the file speaks (a note made for reading
+    // holds only its id and creator, which stay).
     for (const auto& [attribute, value] : node->Properties())
-        state->initial.push_back(attribute);
+        if (attribute->Name() != "ID" && attribute->Name() != "Creator")
+            state->initial.push_back(attribute);
     state->node = node;
     stack.push_back(std::move(state));
 }
@@ -236,9 +240,10 @@ const Attribute* TalvikReader::AttributeNamed(const std::string& given) {
     Props* props = hypertext->AttributeStorage();
     if (!props)
         return nullptr;
-    // Most names are plain and known: answer those without a copy.
-    if (!given.empty() && given[0] != '$' && props->Has(given))
-        return props->GetAttribute(given);
+    // Most names are plain and known: answer those with one look-up.
+    if (!given.empty() && given[0] != '$')
+        if (Attribute* known = props->Find(given))
+            return known;
     std::string name = !given.empty() && given[0] == '$' ? given.substr(1) : given;
     if (name.empty())
         return nullptr;
@@ -273,7 +278,8 @@ void TalvikReader::NoteChild(XMLItem* item) {
             auto slot = interners.try_emplace(attribute, attribute->GetType()).first;
             state.node->Set(attribute, slot->second.Make(item->Text()));
         }
-        state.provided.push_back(attribute);
+        if (!state.initial.empty())
+            state.provided.push_back(attribute);
     } else if (name == "text") {
         state.text = std::move(item->MutableText());
         state.hasText = true;
@@ -304,13 +310,9 @@ void TalvikReader::EndNote(XMLItem* item) {
     }
     // Values the note got when it was made but the file does not hold go
     // again, so that the note is what the file says.
-    for (const Attribute* attribute : state->initial) {
-        const std::string& name = attribute->Name();
-        if (name == "ID" || name == "Creator")
-            continue;
+    for (const Attribute* attribute : state->initial)
         if (std::find(state->provided.begin(), state->provided.end(), attribute) == state->provided.end())
             node->DoRemove(attribute);
-    }
     if (state->isProxy)
         proxies.push_back(node);
     byID.emplace(state->fileID, node);
