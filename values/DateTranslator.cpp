@@ -173,6 +173,13 @@ bool DateTranslator::IsValid() {
 }
 
 bool DateTranslator::Translate() {
+    // The universal-time form depends on no locale or zone: read it without
+    // the environment check and the date queue.
+    if (!translated && STime::FromUniversalText(text, time)) {
+        translated = true;
+        PreliminaryScan();
+        return valid = true;
+    }
     if (!DateQueueDepth::Inside())
         DateFormatterUtilities::Get().RefreshFromEnvironment();
     WorkQueue().Sync([&] {
