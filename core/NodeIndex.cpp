@@ -13,7 +13,6 @@ void NodeIndex::Add(Node* node) {
         hypertext = node->GetHypertext();
     if (!node->IsAlias())
         nameQueue.Sync([&] { nameValid = false; });
-    setQueue.Sync([&] { nodes.insert(node); });
     mapQueue.Sync([&] {
         auto range = byID.equal_range(node->GetID().GetID());
         for (auto it = range.first; it != range.second; ++it)
@@ -40,7 +39,6 @@ void NodeIndex::Remove(Node* node) {
                 break;
             }
     });
-    setQueue.Sync([&] { nodes.erase(node); });
     mapQueue.Sync([&] {
         auto range = byID.equal_range(node->GetID().GetID());
         for (auto it = range.first; it != range.second; ++it)
@@ -111,15 +109,30 @@ Node* NodeIndex::FindPrototype(const std::string& name) {
 }
 
 bool NodeIndex::Has(const Node* node) const {
-    return setQueue.Sync([&] { return nodes.count(const_cast<Node*>(node)) != 0; });
+    if (!node)
+        return false;
+    uint32_t id = node->GetID().GetID();
+    return mapQueue.Sync([&] {
+        auto range = byID.equal_range(id);
+        for (auto it = range.first; it != range.second; ++it)
+            if (it->second == node)
+                return true;
+        return false;
+    });
 }
 
 std::vector<Node*> NodeIndex::Nodes() const {
-    return setQueue.Sync([&] { return std::vector<Node*>(nodes.begin(), nodes.end()); });
+    return mapQueue.Sync([&] {
+        std::vector<Node*> all;
+        all.reserve(byID.size());
+        for (const auto& entry : byID)
+            all.push_back(entry.second);
+        return all;
+    });
 }
 
 long NodeIndex::count() const {
-    return setQueue.Sync([&] { return static_cast<long>(nodes.size()); });
+    return mapQueue.Sync([&] { return static_cast<long>(byID.size()); });
 }
 
 void NodeIndex::UpdateIfNeeded() {

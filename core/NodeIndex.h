@@ -1,13 +1,12 @@
 #pragma once
-// Lookup of a document's notes by id and by name. The id map and the set are
-// kept current on every add and remove; the name map is a cache that add and
+// Lookup of a document's notes by id and by name. The id map, which holds
+// every indexed note once, is kept current on every add and remove; the name map is a cache that add and
 // rename invalidate and that is rebuilt as a whole (in the background after
 // agent updates, or on demand for prototype lookups).
 #include <atomic>
 #include <cstdint>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "RylSerial.h"
@@ -30,6 +29,7 @@ public:
     // order with that name.
     Node* Find(const std::string& name) const;
     Node* FindPrototype(const std::string& name);
+    // Whether a live note is indexed (found under its id).
     bool Has(const Node* node) const;
     std::vector<Node*> Nodes() const;
     long count() const;
@@ -41,10 +41,8 @@ public:
 private:
     Hypertext* hypertext = nullptr;
     mutable RylSerial mapQueue{"com.morvent.rylvane.rylNodeMap"};
-    mutable RylSerial setQueue{"com.morvent.rylvane.rylNodeSet"};
     mutable RylSerial nameQueue{"com.morvent.rylvane.rylNameCache"};
     std::unordered_multimap<uint32_t, Node*> byID;
-    std::unordered_set<Node*> nodes;
     std::unordered_map<std::string, Node*> byName;
     std::atomic<bool> nameValid{false};
     std::atomic<bool> cancelled{false};
