@@ -43,7 +43,10 @@ Value* PropertyList::Put(const Attribute* attribute, Value* value) {
         found->second = value;
         return old;
     }
-    auto it = std::lower_bound(entries.begin(), entries.end(), attribute, Before);
+    // Values read from a file arrive in name order: try the end first.
+    auto it = entries.empty() || Before(entries.back(), attribute)
+                  ? entries.end()
+                  : std::lower_bound(entries.begin(), entries.end(), attribute, Before);
     // Grow by half rather than doubling: notes hold few values and many notes
     // exist, so slack capacity costs more than the occasional move.
     if (entries.size() == entries.capacity()) {
