@@ -232,6 +232,15 @@ void Hypertext::DeleteValue(const Value* value) {
 
 void Hypertext::CleanupDeletedValues() { valuePool->Drain(); }
 
+const Attribute* Hypertext::Cached(const Attribute*& slot, const char* name) const {
+    if (slot)
+        return slot;
+    const Attribute* found = attributeStorage->GetAttribute(name);
+    if (found && found->IsValid())
+        slot = found;
+    return found;
+}
+
 const Attribute* Hypertext::NameAttribute() const {
     if (!nameAttribute)
         nameAttribute = attributeStorage->GetAttribute("Name");

@@ -95,6 +95,9 @@ public:
     virtual bool DontRename() const { return dontRename; }
     virtual void DontRename(bool d) { dontRename = d; }
     virtual const Attribute* NameAttribute() const;
+    // The ID and Creator attributes, which every note sets when made.
+    const Attribute* IDAttribute() const { return Cached(idAttribute, "ID"); }
+    const Attribute* CreatorAttribute() const { return Cached(creatorAttribute, "Creator"); }
     virtual void InitializeProperties();
     // Notes deleted for the user but kept alive for undo.
     const std::set<Node*>& HiddenNodes() const { return hiddenNodes; }
@@ -163,6 +166,10 @@ private:
     bool actionsInhibited = false;
     int writing = 0;
     mutable const Attribute* nameAttribute = nullptr;
+    // The attribute of that name, looked up once it exists.
+    const Attribute* Cached(const Attribute*& slot, const char* name) const;
+    mutable const Attribute* idAttribute = nullptr;
+    mutable const Attribute* creatorAttribute = nullptr;
     std::shared_ptr<LinkManager> links;
     std::shared_ptr<LinkTypes> linkTypes;
     std::shared_ptr<Colors> colors;

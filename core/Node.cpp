@@ -204,7 +204,7 @@ const Prefs* Node::GetPreferences() const { return hypertext ? hypertext->GetPre
 Node* Node::Root() const { return hypertext ? hypertext->Root() : nullptr; }
 
 void Node::SetID(const NodeID& newID) {
-    const Attribute* idAttr = GetAttribute("ID");
+    const Attribute* idAttr = hypertext ? hypertext->IDAttribute() : nullptr;
     bool hasID = idAttr && properties.Has(idAttr);
     if (hasID && id.Equal(newID))
         return;
@@ -215,7 +215,7 @@ void Node::SetID(const NodeID& newID) {
     CanForward(false);
     if (idAttr && idAttr->IsValid())
         Node::DoSet(idAttr, Value::ForUnsigned(id.GetID()));
-    if (const Attribute* creator = GetAttribute("Creator"); creator && creator->IsValid())
+    if (const Attribute* creator = hypertext ? hypertext->CreatorAttribute() : nullptr; creator && creator->IsValid())
         Node::DoSet(creator, id.CreatorValue());
     CanForward(forward);
     if (hasID && hypertext)

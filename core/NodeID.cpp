@@ -39,7 +39,7 @@ std::unordered_map<std::string, Value*>& Creators() {
 
 }  // namespace
 
-const std::string* NodeID::Intern(const std::string& name) {
+const NodeID::Creator* NodeID::Intern(const std::string& name) {
     std::lock_guard<std::mutex> guard(CreatorsLock());
     auto [entry, added] = Creators().try_emplace(name, nullptr);
     if (added) {
@@ -50,13 +50,10 @@ const std::string* NodeID::Intern(const std::string& name) {
         }
         entry->second = value;
     }
-    return &entry->first;
+    return &*entry;
 }
 
-Value* NodeID::CreatorValue() const {
-    std::lock_guard<std::mutex> guard(CreatorsLock());
-    return Creators().at(*creator)->Clone();
-}
+Value* NodeID::CreatorValue() const { return creator->second->Clone(); }
 
 NodeID::NodeID(uint32_t i, std::string c) : id(i), creator(Intern(c)) {
     IDQueue().Sync([&] {
@@ -90,9 +87,9 @@ int NodeID::Compare(const NodeID& other) const {
         return 1;
     if (other.id > id)
         return -1;
-    if (*other.creator < *creator)
+    if (other.creator->first < creator->first)
         return 1;
-    if (*other.creator > *creator)
+    if (other.creator->first > creator->first)
         return -1;
     return 0;
 }

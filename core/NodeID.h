@@ -5,6 +5,7 @@
 // It starts from the clock (seconds since 1970) and then counts up by one.
 #include <cstdint>
 #include <string>
+#include <utility>
 
 class Hypertext;
 class Value;
@@ -20,11 +21,11 @@ public:
     virtual ~NodeID() = default;
 
     virtual uint32_t GetID() const { return id; }
-    virtual const std::string& GetCreator() const { return *creator; }
+    virtual const std::string& GetCreator() const { return creator->first; }
     virtual void MakeUnique(const Hypertext* hypertext);
-    virtual bool Equal(const NodeID& other) const { return Equal(other.id, *other.creator); }
+    virtual bool Equal(const NodeID& other) const { return Equal(other.id, other.creator->first); }
     virtual bool Equal(uint32_t otherID, const std::string& otherCreator) const {
-        return id == otherID && *creator == otherCreator;
+        return id == otherID && creator->first == otherCreator;
     }
     // The creator as a value for the note's Creator attribute: a new
     // reference to one value shared by every id of that creator.
@@ -38,9 +39,11 @@ public:
     static void SetLastID(uint32_t value);
 
 private:
-    // Creator names are few and repeated on every note: each is kept once.
-    static const std::string* Intern(const std::string& name);
+    // Creator names are few and repeated on every note: each is kept once,
+    // with the value notes store for it, and lives as long as the program.
+    using Creator = std::pair<const std::string, Value*>;
+    static const Creator* Intern(const std::string& name);
 
     uint32_t id = 0;
-    const std::string* creator = Intern("");
+    const Creator* creator = Intern("");
 };
