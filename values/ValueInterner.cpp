@@ -6,11 +6,6 @@
 
 ValueInterner::~ValueInterner() { Clear(); }
 
-ValueInterner::ValueInterner(ValueInterner&& other) noexcept
-    : type(other.type), sharing(other.sharing), values(std::move(other.values)) {
-    other.values.clear();
-}
-
 void ValueInterner::Clear() {
     for (auto& entry : values)
         entry.second->Delete();

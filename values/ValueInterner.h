@@ -52,7 +52,6 @@ public:
     ~ValueInterner();
     ValueInterner(const ValueInterner&) = delete;
     ValueInterner& operator=(const ValueInterner&) = delete;
-    ValueInterner(ValueInterner&& other) noexcept;
 
     // A new reference to a value equal to Value::Create(type, text).
     Value* Make(const std::string& text);
