@@ -11,6 +11,9 @@ SAN_FLAGS ?= -O1 -gline-tables-only
 # both the sanitized test suite and the fuzz targets.
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
+# Paths inside the tree are hashed relative to it, so that ccache serves a
+# clone in another folder (as CI makes) from the same cache.
+export CCACHE_BASEDIR ?= $(CURDIR)
 
 .PHONY: all deps configure build demo test bench fuzz check-sanitize check-thread configure-asan clean
 
