@@ -55,10 +55,13 @@ Node::Node(Node* parent, Node* after, bool) {
     id = NodeID(hypertext);
 }
 
-Node* Node::CreateForReading(Node* parent, Node* after, const uint32_t* fileID, const std::string* fileCreator) {
+Node* Node::CreateForReading(Node* parent, Node* after, const uint32_t* fileID, const std::string* fileCreator,
+                             size_t expectedValues) {
     if (!parent || !parent->GetHypertext())
         return nullptr;
     Node* node = new Node(parent, after, true);
+    if (expectedValues)
+        node->properties.Reserve(expectedValues);
     NodePosition(node).PlaceWithoutPosition(parent, after);
     // The fresh id is still drawn, so that the shared counter moves as it
     // does for any new note; only its values are never made.

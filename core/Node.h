@@ -51,9 +51,11 @@ public:
     // creator: a reader gives it every other value from the file, so the
     // creation date and position a new note starts with would only be
     // replaced or removed again. With `fileID` the note takes that id, and
-    // `fileCreator` or else the creator of a fresh id.
+    // `fileCreator` or else the creator of a fresh id. `expectedValues` is
+    // how many local values the note will likely hold, its id and creator
+    // included, so that they are stored without growing the list.
     static Node* CreateForReading(Node* parent, Node* after, const uint32_t* fileID = nullptr,
-                                  const std::string* fileCreator = nullptr);
+                                  const std::string* fileCreator = nullptr, size_t expectedValues = 0);
 
     virtual Node* Clone(unsigned char withLinks) const;
     virtual bool IsValid() const { return true; }

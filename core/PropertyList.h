@@ -50,6 +50,10 @@ public:
     // Copies local values of intrinsic, visible attributes (not `ID`) to `node`.
     void CopyAttributesTo(Node* node) const;
 
+    // Makes room for `count` values at once, for a note about to be given
+    // that many (as a reader knows from the notes before).
+    void Reserve(size_t count) { entries.reserve(count); }
+
     size_t size() const { return entries.size(); }
     bool empty() const { return entries.empty(); }
     std::vector<Entry>::const_iterator begin() const { return entries.begin(); }

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <fstream>
 #include <set>
+#include <unordered_set>
 
 #include "Attribute.h"
 #include "Base64.h"
@@ -45,6 +46,21 @@ std::string Trim(const std::string& text) {
 } // namespace
 
 struct TalvikReader::NoteState {
+    // Ready for another note, keeping the room its containers have grown.
+    void Reset() {
+        element = nullptr;
+        node = lastChild = nullptr;
+        fileID = 0;
+        fileCreator.clear();
+        isProxy = hasText = false;
+        text.clear();
+        rtf.clear();
+        rtfd.clear();
+        initial.clear();
+        provided.clear();
+        lastNamed = nullptr;
+    }
+
     XMLItem* element = nullptr;
     Node* node = nullptr;
     Node* lastChild = nullptr;
@@ -59,6 +75,8 @@ struct TalvikReader::NoteState {
     // only when there are such, the attributes the file gave values to.
     std::vector<const Attribute*> initial;
     std::vector<const Attribute*> provided;
+    // The attribute of the note's last value so far.
+    const NamedAttribute* lastNamed = nullptr;
 };
 
 TalvikReader::TalvikReader(Node* r, Node* a, bool p)
@@ -160,10 +178,6 @@ bool TalvikReader::EndItem(XMLItem* item) {
         EndNote(item);
         return true;
     }
-    if (!stack.empty() && item->Father() == stack.back()->element) {
-        NoteChild(item);
-        return true;
-    }
     int depth = Depth() + 1;
     if (depth == 3 && item->Name() == "link" && item->Father()->Name() == "links") {
         linkRecords.push_back(LinkRecord::FromXML(item));
@@ -197,7 +211,13 @@ bool TalvikReader::EndItem(XMLItem* item) {
 
 void TalvikReader::StartNote(XMLItem* item) {
     item->keepText = false;
-    auto state = std::make_unique<NoteState>();
+    std::unique_ptr<NoteState> state;
+    if (spareStates.empty()) {
+        state = std::make_unique<NoteState>();
+    } else {
+        state = std::move(spareStates.back());
+        spareStates.pop_back();
+    }
     state->element = item;
     const XMLAttributes& a = item->Attributes();
     state->fileID = static_cast<uint32_t>(a.GetUnsigned("ID"));
@@ -216,7 +236,7 @@ void TalvikReader::StartNote(XMLItem* item) {
             LogLine("TalvikReader: <" + item->Name() + "> is read as a plain note");
         bool keepID = !pasting && a.Has("ID");
         node = Node::CreateForReading(parent, elder, keepID ? &state->fileID : nullptr,
-                                      a.Has("Creator") ? &state->fileCreator : nullptr);
+                                      a.Has("Creator") ? &state->fileCreator : nullptr, lastValueCount);
         if (!node) {
             LogLine("RylNodeBuilder: node is nil. This should never happen");
             Fail("a note could not be made");
@@ -258,41 +278,107 @@ const Attribute* TalvikReader::AttributeNamed(const std::string& given) {
     return made;
 }
 
-void TalvikReader::NoteChild(XMLItem* item) {
-    NoteState& state = *stack.back();
-    const std::string& name = item->Name();
-    if (name == "attribute") {
-        static const std::string none;
-        const std::string* given = item->Attributes().Find("name");
-        const std::string& attributeName = given ? *given : none;
-        if (attributeName == "ID" || attributeName == "Creator")
-            return;
-        const Attribute* attribute = AttributeNamed(attributeName);
-        if (!attribute || !attribute->IsValid())
-            return;
-        if (attribute->Name() == "Alias")
-            state.isProxy = true;
-        if (attribute->GetType() == AttributeType::kFile) {
-            state.node->Set(attribute, item->Text());
-        } else {
-            auto slot = interners.try_emplace(attribute, attribute->GetType()).first;
-            state.node->Set(attribute, slot->second.Make(item->Text()));
+const TalvikReader::NamedAttribute& TalvikReader::ResolveAttribute(const char* name,
+                                                                   const NamedAttribute* previous) {
+    const NamedAttribute* guess = previous ? previous->next : firstNamed;
+    if (guess && guess->name == name)
+        return *guess;
+    auto [slot, fresh] = namedAttributes.try_emplace(name);
+    NamedAttribute& named = slot->second;
+    if (fresh) {
+        named.name = slot->first;
+        // The id and creator were read from the note's element.
+        if (named.name != "ID" && named.name != "Creator") {
+            const Attribute* attribute = AttributeNamed(named.name);
+            if (attribute && attribute->IsValid()) {
+                named.attribute = attribute;
+                named.alias = attribute->Name() == "Alias";
+                if (attribute->GetType() != AttributeType::kFile)
+                    named.interner = &interners.try_emplace(attribute, attribute->GetType()).first->second;
+            }
         }
-        if (!state.initial.empty())
-            state.provided.push_back(attribute);
-    } else if (name == "text") {
-        state.text = std::move(item->MutableText());
+    }
+    if (previous)
+        const_cast<NamedAttribute*>(previous)->next = &named;
+    else
+        firstNamed = &named;
+    return named;
+}
+
+bool TalvikReader::StartLeaf(const char* name, const char** attributes) {
+    if (stack.empty() || Current() != stack.back()->element || IsNoteElement(name))
+        return false;
+    NoteState& state = *stack.back();
+    leafKind = LeafKind::kSkipped;
+    leafTarget = nullptr;
+    if (std::strcmp(name, "attribute") == 0) {
+        const char* given = "";
+        for (const char** a = attributes; a && a[0]; a += 2)
+            if (std::strcmp(a[0], "name") == 0) {
+                given = a[1];
+                break;
+            }
+        const NamedAttribute& named = ResolveAttribute(given, state.lastNamed);
+        state.lastNamed = &named;
+        if (named.attribute) {
+            leafKind = LeafKind::kAttribute;
+            leafAttribute = &named;
+            leafBuffer.clear();
+            leafTarget = &leafBuffer;
+        }
+    } else if (std::strcmp(name, "text") == 0) {
+        leafKind = LeafKind::kText;
+        state.text.clear();
         state.hasText = true;
-    } else if (name == "rtf") {
-        state.rtf = std::move(item->MutableText());
-    } else if (name == "rtfd") {
+        leafTarget = &state.text;
+    } else if (std::strcmp(name, "rtf") == 0) {
+        leafKind = LeafKind::kRTF;
+        state.rtf.clear();
+        leafTarget = &state.rtf;
+    } else if (std::strcmp(name, "rtfd") == 0) {
+        leafKind = LeafKind::kRTFD;
+        leafBuffer.clear();
+        leafTarget = &leafBuffer;
+    }
+    // Anything else ("styles", "pictures" and "script" are obsolete;
+    // "composites" and "image" belong to parts of the program that are not
+    // here) is skipped whole.
+    return true;
+}
+
+void TalvikReader::LeafText(const char* text, int length) {
+    if (leafTarget)
+        leafTarget->append(text, static_cast<size_t>(length));
+}
+
+void TalvikReader::EndLeaf() {
+    NoteState& state = *stack.back();
+    switch (leafKind) {
+    case LeafKind::kAttribute: {
+        const NamedAttribute& named = *leafAttribute;
+        if (named.alias)
+            state.isProxy = true;
+        if (named.interner)
+            state.node->Set(named.attribute, named.interner->Make(leafBuffer));
+        else
+            state.node->Set(named.attribute, leafBuffer);
+        if (!state.initial.empty())
+            state.provided.push_back(named.attribute);
+        break;
+    }
+    case LeafKind::kRTFD: {
         std::string bytes;
-        if (!Base64Decoder::Decode(item->Text(), bytes))
+        if (!Base64Decoder::Decode(leafBuffer, bytes))
             LogLine("TalvikReader: the pictures of a note could not be decoded");
         state.rtfd = std::move(bytes);
+        break;
     }
-    // "styles", "pictures" and "script" are obsolete; "composites" and
-    // "image" belong to parts of the program that are not here.
+    default:
+        break;
+    }
+    leafKind = LeafKind::kSkipped;
+    leafAttribute = nullptr;
+    leafTarget = nullptr;
 }
 
 void TalvikReader::EndNote(XMLItem* item) {
@@ -313,14 +399,19 @@ void TalvikReader::EndNote(XMLItem* item) {
     for (const Attribute* attribute : state->initial)
         if (std::find(state->provided.begin(), state->provided.end(), attribute) == state->provided.end())
             node->DoRemove(attribute);
+    // A guess for the next note, bounded so that one note of many values
+    // does not make every note after it reserve room for as many.
+    lastValueCount = std::min<size_t>(node->Properties().size(), 32);
     if (state->isProxy)
-        proxies.push_back(node);
-    byID.emplace(state->fileID, node);
+        proxies.emplace_back(node, state->fileID);
+    byID.emplace_back(state->fileID, node);
     ++noteCount;
     if (stack.empty())
         topNodes.push_back(node);
     else
         stack.back()->lastChild = node;
+    state->Reset();
+    spareStates.push_back(std::move(state));
 }
 
 // ---------------------------------------------------------------- sections
@@ -407,8 +498,20 @@ void TalvikReader::MakePreview(const XMLItem* item) {
 
 // ---------------------------------------------------------------- finishing
 
+namespace {
+
+struct ByFileID {
+    bool operator()(const std::pair<uint32_t, Node*>& entry, uint32_t id) const { return entry.first < id; }
+    bool operator()(uint32_t id, const std::pair<uint32_t, Node*>& entry) const { return id < entry.first; }
+    bool operator()(const std::pair<uint32_t, Node*>& a, const std::pair<uint32_t, Node*>& b) const {
+        return a.first < b.first;
+    }
+};
+
+} // namespace
+
 Node* TalvikReader::FindNode(uint32_t id, const std::string& creator) const {
-    auto [first, last] = byID.equal_range(id);
+    auto [first, last] = std::equal_range(byID.begin(), byID.end(), id, ByFileID());
     Node* any = nullptr;
     for (auto it = first; it != last; ++it) {
         if (it->second->Creator() == creator)
@@ -424,10 +527,16 @@ Node* TalvikReader::FindNode(uint32_t id, const std::string& creator) const {
 }
 
 void TalvikReader::MakeAliases() {
-    for (Node* proxy : proxies) {
+    // Proxies still waiting: an alias of one of them is dropped.
+    std::unordered_set<const Node*> waiting;
+    for (const auto& [proxy, fileID] : proxies)
+        waiting.insert(proxy);
+    for (const auto& [proxy, fileID] : proxies) {
+        // The proxy's entries among the notes by id.
+        auto [first, last] = std::equal_range(byID.begin(), byID.end(), fileID, ByFileID());
         uint32_t originalID = static_cast<uint32_t>(proxy->GetUnsignedLong("Alias"));
         Node* original = FindNode(originalID, std::string());
-        if (original && std::find(proxies.begin(), proxies.end(), original) != proxies.end())
+        if (original && waiting.count(original))
             original = nullptr;
         if (original)
             original = original->GetOriginal();
@@ -442,9 +551,10 @@ void TalvikReader::MakeAliases() {
         std::string creator = proxy->Creator();
         if (!alias) {
             LogLine("TalvikReader: an alias of the missing note " + std::to_string(originalID) + " was dropped");
-            for (auto it = byID.begin(); it != byID.end();)
-                it = it->second == proxy ? byID.erase(it) : std::next(it);
+            byID.erase(std::remove_if(first, last, [proxy](const auto& entry) { return entry.second == proxy; }),
+                       last);
             std::erase(topNodes, proxy);
+            waiting.erase(proxy);
             NodeDeleter(proxy).Delete();
             continue;
         }
@@ -464,10 +574,11 @@ void TalvikReader::MakeAliases() {
                 extra.push_back(attribute);
         for (const Attribute* attribute : extra)
             alias->DoRemove(attribute);
-        for (auto& entry : byID)
-            if (entry.second == proxy)
-                entry.second = alias;
+        for (auto entry = first; entry != last; ++entry)
+            if (entry->second == proxy)
+                entry->second = alias;
         std::replace(topNodes.begin(), topNodes.end(), proxy, alias);
+        waiting.erase(proxy);
         NodeDeleter(proxy).Delete();
         if (!pasting)
             alias->SetID(id, creator);
@@ -533,6 +644,7 @@ bool TalvikReader::Finish(bool parsed) {
         stack.clear();
         return false;
     }
+    std::stable_sort(byID.begin(), byID.end(), ByFileID());
     MakeAliases();
     MakePrototypes();
     MakeLinks();

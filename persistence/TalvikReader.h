@@ -51,13 +51,30 @@ public:
 protected:
     bool StartItem(XMLItem* item) override;
     bool EndItem(XMLItem* item) override;
+    // The elements inside a note but its child notes (its attribute values
+    // and texts) are read as leaves, straight from the parser.
+    bool StartLeaf(const char* name, const char** attributes) override;
+    void LeafText(const char* text, int length) override;
+    void EndLeaf() override;
 
 private:
     struct NoteState;
+    // An attribute named in the file, as this reader resolved it.
+    struct NamedAttribute {
+        std::string name;
+        const Attribute* attribute = nullptr;  // null: the value is not read
+        ValueInterner* interner = nullptr;     // null: the text is set as it is
+        bool alias = false;                    // the value makes the note an alias
+        // The name that followed this one in the last note that had it.
+        const NamedAttribute* next = nullptr;
+    };
+    enum class LeafKind : uint8_t { kSkipped, kAttribute, kText, kRTF, kRTFD };
+
     bool Finish(bool parsed);
     void StartNote(XMLItem* item);
     void EndNote(XMLItem* item);
-    void NoteChild(XMLItem* item);
+    // The attribute a note names after `previous` (null: first in the note).
+    const NamedAttribute& ResolveAttribute(const char* name, const NamedAttribute* previous);
     void MakeAttribute(const XMLItem* item, Attribute* parent);
     void MakeColors(const XMLItem* item);
     void MakeLinkTypes(const XMLItem* item);
@@ -81,15 +98,32 @@ private:
     bool previousDontRename = false;
 
     std::vector<std::unique_ptr<NoteState>> stack;
+    // States of finished notes, ready for the next ones.
+    std::vector<std::unique_ptr<NoteState>> spareStates;
     NodeVector topNodes;
-    std::unordered_multimap<uint32_t, Node*> byID;
-    std::vector<Node*> proxies;
+    // The notes by the id the file gave them, in file order; sorted by id
+    // (keeping that order among equal ids) once every note is read.
+    std::vector<std::pair<uint32_t, Node*>> byID;
+    // Notes read as aliases, with their ids in the file.
+    std::vector<std::pair<Node*, uint32_t>> proxies;
     std::vector<std::pair<Node*, std::string>> prototypeRequests;
     // Links wait here until every note exists; a deque grows without moving
     // what it holds.
     std::deque<LinkRecord> linkRecords;
     // One per attribute: notes that hold the same text share one value.
     std::unordered_map<const Attribute*, ValueInterner> interners;
+    // The attribute names met so far. Notes of one document mostly name the
+    // same attributes in the same order, so each name remembers the one
+    // that came after it, and that guess usually saves the look-up.
+    std::unordered_map<std::string, NamedAttribute> namedAttributes;
+    const NamedAttribute* firstNamed = nullptr;
+    // How many local values the last note read ended with.
+    size_t lastValueCount = 0;
+    // The leaf being read.
+    LeafKind leafKind = LeafKind::kSkipped;
+    const NamedAttribute* leafAttribute = nullptr;
+    std::string* leafTarget = nullptr;
+    std::string leafBuffer;
     long noteCount = 0;
     long linksMade = 0;
     long linksDropped = 0;

@@ -196,6 +196,7 @@ bool XMLReader::Begin() {
     root.reset();
     current = nullptr;
     depth = 0;
+    leafDepth = 0;
     errorMessage.clear();
     errorLine = errorColumn = 0;
     failure.clear();
@@ -310,6 +311,14 @@ void XMLReader::OnStart(const char* name, const char** atts) {
         Fail("elements nested too deeply");
         return;
     }
+    if (leafDepth > 0) {
+        ++leafDepth;
+        return;
+    }
+    if (current && StartLeaf(name, atts)) {
+        leafDepth = 1;
+        return;
+    }
     XMLItem* item = MakeItem(name);
     for (const char** a = atts; a && a[0]; a += 2)
         item->Attributes().Add(a[0], a[1]);
@@ -339,6 +348,11 @@ void XMLReader::OnEnd() {
     if (!failure.empty() || !current)
         return;
     --depth;
+    if (leafDepth > 0) {
+        if (--leafDepth == 0)
+            EndLeaf();
+        return;
+    }
     XMLItem* item = current;
     current = item->Father();
     if (item == capturing) {
@@ -374,6 +388,11 @@ void XMLReader::Drop(XMLItem* item) {
 }
 
 void XMLReader::OnText(const char* text, int length) {
+    if (leafDepth > 0) {
+        if (leafDepth == 1 && failure.empty())
+            LeafText(text, length);
+        return;
+    }
     if (current && current->keepText && failure.empty())
         current->MutableText().append(text, static_cast<size_t>(length));
 }

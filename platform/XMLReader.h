@@ -3,7 +3,8 @@
 //
 // By default the whole document is kept as a tree (GetNodeList). A subclass
 // can instead consume elements as they finish (EndItem answers true), so
-// that a large document never exists as a whole tree in memory.
+// that a large document never exists as a whole tree in memory, and can take
+// small elements whole from the parser (StartLeaf), without an item for them.
 //
 // Documents with a document type declaration are refused: the files read here
 // never carry one, and refusing it keeps entity expansion out of reach.
@@ -121,6 +122,16 @@ protected:
     // Called when an element has ended. Answering true means the element was
     // consumed: it is unlinked and deleted at once.
     virtual bool EndItem(XMLItem* item) { return false; }
+    // Called before an item is made for an element, with its name and its
+    // attributes as name and value pairs ending in null. Answering true
+    // takes the element as a leaf: no item is made, its own character data
+    // goes to LeafText and its end to EndLeaf. Elements nested inside a leaf
+    // are skipped with their text, as an item's Text() leaves them out.
+    virtual bool StartLeaf(const char* name, const char** attributes) { return false; }
+    virtual void LeafText(const char* text, int length) {}
+    virtual void EndLeaf() {}
+    // The innermost element that has an item: the father of a leaf.
+    XMLItem* Current() const { return current; }
     // Ends the parse with an error at the current position. Outside a
     // parse it only records the message.
     void Fail(const std::string& message);
@@ -146,6 +157,8 @@ private:
     void Drop(XMLItem* item);
     XMLItem* current = nullptr;
     int depth = 0;
+    // Inside a leaf: 1 for the leaf itself, more inside elements within it.
+    int leafDepth = 0;
     std::string errorMessage;
     long errorLine = 0;
     long errorColumn = 0;
