@@ -26,12 +26,12 @@
 
 namespace {
 
-bool IsNoteElement(const std::string& name) { return name == "item" || name == "agent" || name == "adornment"; }
+bool IsNoteElement(std::string_view name) { return name == "item" || name == "agent" || name == "adornment"; }
 
 // Sections kept as they were read and written back unchanged.
-bool IsCarriedSection(const std::string& name) {
-    static const std::set<std::string> names = {"stamps",   "menu",    "macros",  "windows", "utilityWindows",
-                                                "searches", "filters", "gallery", "badges"};
+bool IsCarriedSection(std::string_view name) {
+    static const std::set<std::string, std::less<>> names = {"stamps",   "menu",    "macros",  "windows", "utilityWindows",
+                                                             "searches", "filters", "gallery", "badges"};
     return names.count(name) > 0;
 }
 
@@ -164,13 +164,13 @@ bool TalvikReader::StartItem(XMLItem* item) {
         StartNote(item);
         return true;
     }
-    if (depth == 2) {
-        if (IsCarriedSection(name))
-            item->captureRaw = true;
-        if (name == "links" || IsCarriedSection(name))
-            item->keepText = false;
-    }
+    if (depth == 2 && (name == "links" || IsCarriedSection(name)))
+        item->keepText = false;
     return true;
+}
+
+bool TalvikReader::CapturesRaw(std::string_view name, int depth) const {
+    return depth == 2 && IsCarriedSection(name);
 }
 
 bool TalvikReader::EndItem(XMLItem* item) {

@@ -51,6 +51,7 @@ public:
 protected:
     bool StartItem(XMLItem* item) override;
     bool EndItem(XMLItem* item) override;
+    bool CapturesRaw(std::string_view name, int depth) const override;
     // The elements inside a note but its child notes (its attribute values
     // and texts) are read as leaves, straight from the parser.
     bool StartLeaf(const char* name, const char** attributes) override;

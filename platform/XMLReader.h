@@ -6,6 +6,12 @@
 // that a large document never exists as a whole tree in memory, and can take
 // small elements whole from the parser (StartLeaf), without an item for them.
 //
+// A large input is read by two threads: past its first kBackgroundThreshold
+// bytes, expat parses on a thread of its own and hands the elements over in
+// blocks, while the calling thread runs the subclass's hooks on them. The
+// hooks always run on the calling thread, in document order, and see the
+// same elements, texts and error positions as when one thread does it all.
+//
 // Documents with a document type declaration are refused: the files read here
 // never carry one, and refusing it keeps entity expansion out of reach.
 #include <cstdint>
@@ -68,10 +74,8 @@ public:
     // Whether character data inside this element is kept. A reader that
     // knows an element holds only children can turn this off to save memory.
     bool keepText = true;
-    // Set in StartItem to have the element's exact bytes, from "<" of its
-    // start tag to ">" of its end tag, in Raw() when it ends. One element is
-    // captured at a time; requests inside a captured element are ignored.
-    bool captureRaw = false;
+    // The element's exact bytes, from "<" of its start tag to ">" of its end
+    // tag, when the reader asked for them (XMLReader::CapturesRaw).
     const std::string& Raw() const { return raw; }
 
 private:
@@ -114,6 +118,10 @@ public:
 
     // Deepest nesting of elements accepted.
     static constexpr int kMaxDepth = 4096;
+    // Inputs longer than this are parsed on a second thread from this many
+    // bytes on (see above); SetBackgroundThreshold changes it for a reader.
+    static constexpr size_t kBackgroundThreshold = 1 << 20;
+    void SetBackgroundThreshold(size_t bytes) { backgroundThreshold = bytes; }
 
 protected:
     // Called when an element has begun, with its attributes read. Answering
@@ -132,6 +140,12 @@ protected:
     virtual void EndLeaf() {}
     // The innermost element that has an item: the father of a leaf.
     XMLItem* Current() const { return current; }
+    // Whether the element's exact bytes are wanted in its item's Raw() when
+    // it ends; `depth` is 1 for the document element. One element is
+    // captured at a time: elements inside a captured one are not asked.
+    // This may be called on the parsing thread, so it may look at nothing
+    // but its arguments and what does not change during a parse.
+    virtual bool CapturesRaw(std::string_view name, int depth) const { return false; }
     // Ends the parse with an error at the current position. Outside a
     // parse it only records the message.
     void Fail(const std::string& message);
@@ -140,21 +154,24 @@ protected:
 private:
     friend struct XMLReaderCallbacks;
     struct Impl;
+    struct Source;
+    class RecordBlock;
     bool Begin();
-    bool Feed(const char* data, size_t length, bool last);
+    bool Run(Source& source);
     bool Finish(bool ok);
+    void Replay(const RecordBlock& block);
     void OnStart(const char* name, const char** atts);
-    void OnEnd();
+    void OnEnd(const std::string* raw);
     void OnText(const char* data, int length);
     void RecordError(const std::string& message);
+    XMLItem* MakeItem(const char* name);
+    void Drop(XMLItem* item);
 
     std::unique_ptr<Impl> impl;
     std::unique_ptr<XMLItem> root;
     // Finished items kept for the next elements: most elements of a large
     // file are small leaves read and dropped one after another.
     std::vector<std::unique_ptr<XMLItem>> spare;
-    XMLItem* MakeItem(const char* name);
-    void Drop(XMLItem* item);
     XMLItem* current = nullptr;
     int depth = 0;
     // Inside a leaf: 1 for the leaf itself, more inside elements within it.
@@ -164,12 +181,5 @@ private:
     long errorColumn = 0;
     std::string failure;
     bool parsing = false;
-
-    // The bytes being parsed, for capturing raw elements.
-    std::string_view chunk;
-    long long chunkBase = 0;
-    XMLItem* capturing = nullptr;
-    long long captureStart = 0;
-    long long captureStartTagEnd = 0;
-    std::string captureBuffer;
+    size_t backgroundThreshold = kBackgroundThreshold;
 };

@@ -25,10 +25,13 @@ inline std::string WriteDocument(const Hypertext& doc) {
     return out.str();
 }
 
-// The document read from `bytes`, or null with the reader's message in `error`.
-inline std::unique_ptr<Hypertext> ReadDocument(const std::string& bytes, std::string* error = nullptr) {
+// The document read from `bytes`, or null with the reader's message in
+// `error`; the bytes from `backgroundFrom` on are parsed on a second thread.
+inline std::unique_ptr<Hypertext> ReadDocument(const std::string& bytes, std::string* error = nullptr,
+                                               size_t backgroundFrom = XMLReader::kBackgroundThreshold) {
     auto doc = std::make_unique<Hypertext>();
     TalvikReader reader(doc->Root());
+    reader.SetBackgroundThreshold(backgroundFrom);
     bool ok = reader.Read(bytes);
     if (error)
         *error = reader.ErrorMessage();

@@ -148,6 +148,30 @@ TEST(Talvik, WriteReadWriteKeepsEveryNoteValueLinkAndSection) {
     EXPECT_EQ(copy->GetPreferences()->Get("Creator"), "gardener");
 }
 
+TEST(Talvik, ADocumentReadOnASecondThreadIsTheSame) {
+    auto original = RichDocument();
+    std::string bytes = WriteDocument(*original);
+    auto alone = ReadDocument(bytes, nullptr, SIZE_MAX);
+    ASSERT_TRUE(alone);
+    // From the first byte, from inside the first note, and from inside the
+    // sections carried unchanged, which are captured byte for byte.
+    for (size_t from : {size_t(0), bytes.find("<item") + 9, bytes.find("<windows") + 3}) {
+        std::string error;
+        auto copy = ReadDocument(bytes, &error, from);
+        ASSERT_TRUE(copy) << error;
+        EXPECT_EQ(DocumentDifference(*alone, *copy), "") << "from byte " << from;
+        EXPECT_EQ(WriteDocument(*copy), bytes) << "from byte " << from;
+    }
+    // A refusal from the reader names the same place either way.
+    std::string newer = bytes;
+    newer.replace(newer.find("version=\"2\""), 11, "version=\"3\"");
+    std::string aloneError, twoError;
+    EXPECT_FALSE(ReadDocument(newer, &aloneError, SIZE_MAX));
+    EXPECT_FALSE(ReadDocument(newer, &twoError, 0));
+    EXPECT_EQ(twoError, aloneError);
+    EXPECT_NE(aloneError.find("line 2, column 1: version 3"), std::string::npos) << aloneError;
+}
+
 TEST(Talvik, HiddenNotesAndTheirAliasesAndLinksStayOut) {
     auto doc = RichDocument();
     Node* projects = Child(doc->Root(), "Projects");

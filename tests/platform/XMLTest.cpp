@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <cstring>
 #include <sstream>
+#include <string>
 
 #include "XMLReader.h"
 #include "XMLWriter.h"
@@ -168,11 +171,7 @@ public:
     std::vector<std::string> captured;
 
 protected:
-    bool StartItem(XMLItem* item) override {
-        if (item->Name() == "opaque")
-            item->captureRaw = true;
-        return true;
-    }
+    bool CapturesRaw(std::string_view name, int) const override { return name == "opaque"; }
     bool EndItem(XMLItem* item) override {
         if (item->Name() != "opaque" || item->Father()->Name() == "opaque")
             return false;
@@ -208,4 +207,109 @@ TEST(XMLReader, CapturesTheExactBytesOfAnElement) {
     CapturingReader fromStream;
     ASSERT_TRUE(fromStream.Parse(stream)) << fromStream.ErrorMessage();
     EXPECT_EQ(fromStream.captured, expected);
+}
+
+namespace {
+
+// Writes down everything a reader's hooks see, so that two parses of one
+// input can be compared: items with their attributes, texts and captured
+// bytes; <leaf> elements taken whole with their text; failures at <bad>.
+class TracingReader : public XMLReader {
+public:
+    std::string trace;
+
+protected:
+    bool StartItem(XMLItem* item) override {
+        trace += "<" + item->Name();
+        for (const auto& [name, value] : item->Attributes().Items())
+            trace += " " + name + "=" + value;
+        trace += ">";
+        if (item->Name() == "bad")
+            Fail("bad element");
+        return true;
+    }
+    bool EndItem(XMLItem* item) override {
+        trace += "[" + item->Text() + "|" + item->Raw() + "]</" + item->Name() + ">";
+        return true;
+    }
+    bool StartLeaf(const char* name, const char** attributes) override {
+        if (std::string(name) != "leaf")
+            return false;
+        trace += "{";
+        for (const char** a = attributes; a[0]; a += 2)
+            trace += std::string(a[0]) + "=" + a[1] + " ";
+        return true;
+    }
+    void LeafText(const char* text, int length) override { trace.append(text, static_cast<size_t>(length)); }
+    void EndLeaf() override { trace += "}"; }
+    bool CapturesRaw(std::string_view name, int) const override { return name == "opaque"; }
+};
+
+struct Outcome {
+    bool ok;
+    std::string trace;
+    std::string error;
+    bool operator==(const Outcome&) const = default;
+};
+
+Outcome ParseFrom(const std::string& doc, size_t backgroundFrom, bool asStream) {
+    TracingReader reader;
+    reader.SetBackgroundThreshold(backgroundFrom);
+    bool ok;
+    if (asStream) {
+        std::istringstream stream(doc);
+        ok = reader.Parse(stream);
+    } else {
+        ok = reader.Parse(doc);
+    }
+    return {ok, reader.trace, reader.ErrorMessage()};
+}
+
+void PrintTo(const Outcome& o, std::ostream* os) {
+    *os << (o.ok ? "ok" : "failed") << " \"" << o.error << "\" trace of " << o.trace.size() << " bytes";
+}
+
+} // namespace
+
+TEST(XMLReader, ASecondThreadParsesTheSameAsOne) {
+    // A body with what parsers split or count differently: entities, CDATA,
+    // CR LF and lone CR line ends, characters of several bytes, comments,
+    // leaves with elements inside, and captured elements long enough to
+    // cross the pieces and blocks of a parse.
+    std::string body;
+    for (int i = 0; i < 3000; ++i) {
+        body += "<n i=\"" + std::to_string(i) + "\" q='&lt;&amp;'>t&gt;" + std::to_string(i) + "\xC3\xA9\r\n";
+        body += "<leaf name=\"v" + std::to_string(i % 7) + "\">x<sub>hidden</sub>y<![CDATA[<z>]]>\rw</leaf>";
+        if (i % 500 == 250)
+            body += "<opaque a='1'>\n" + std::string(300000, 'o') + "<inner/>\xF0\x9F\x8C\xB1</opaque>";
+        body += "<!-- c --></n>\n";
+    }
+    std::string good = "<?xml version=\"1.0\"?>\n<root>" + body + "</root>";
+    // Failures found by expat, by the reader, and by the reader's depth
+    // limit, all after the first bytes.
+    std::string broken = "<root>" + body + "<n>\xC3\xA9\xC3\xA9 <unclosed </n></root>";
+    std::string refused = "<root>" + body + "\r\n  \xE2\x82\xAC\xF0\x9F\x8C\xB1<bad x='1'/>" + body + "</root>";
+    std::string deep = "<root>" + body;
+    for (int i = 0; i < XMLReader::kMaxDepth + 5; ++i)
+        deep += "<d>";
+
+    for (const std::string* doc : {&good, &broken, &refused, &deep}) {
+        Outcome alone = ParseFrom(*doc, SIZE_MAX, false);
+        EXPECT_EQ(alone.ok, doc == &good) << alone.error;
+        for (size_t from : {size_t(0), size_t(1), size_t(4093), doc->size() / 2})
+            for (bool asStream : {false, true})
+                EXPECT_EQ(ParseFrom(*doc, from, asStream), alone) << "from byte " << from << (asStream ? " of a stream" : "");
+    }
+    Outcome refusal = ParseFrom(refused, 0, true);
+    EXPECT_NE(refusal.error.find(": bad element"), std::string::npos) << refusal.error;
+    // The reader stopped at <bad>: nothing after it reached the hooks.
+    EXPECT_TRUE(refusal.trace.ends_with("<bad x=1>")) << refusal.trace.substr(refusal.trace.size() - 40);
+
+    // A reader used again after a parse on two threads starts afresh.
+    TracingReader reader;
+    reader.SetBackgroundThreshold(0);
+    EXPECT_FALSE(reader.Parse(broken));
+    reader.trace.clear();
+    EXPECT_TRUE(reader.Parse(good)) << reader.ErrorMessage();
+    EXPECT_TRUE(reader.trace == ParseFrom(good, SIZE_MAX, false).trace);
 }
