@@ -531,7 +531,9 @@ void TalvikReader::MakeAliases() {
     std::unordered_set<const Node*> waiting;
     for (const auto& [proxy, fileID] : proxies)
         waiting.insert(proxy);
-    for (const auto& [proxy, fileID] : proxies) {
+    for (const auto& waitingProxy : proxies) {
+        Node* proxy = waitingProxy.first;
+        uint32_t fileID = waitingProxy.second;
         // The proxy's entries among the notes by id.
         auto [first, last] = std::equal_range(byID.begin(), byID.end(), fileID, ByFileID());
         uint32_t originalID = static_cast<uint32_t>(proxy->GetUnsignedLong("Alias"));
