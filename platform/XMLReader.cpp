@@ -645,9 +645,14 @@ bool XMLReader::Begin() {
 }
 
 void XMLReader::RecordError(const std::string& message) {
-    errorLine = static_cast<long>(XML_GetCurrentLineNumber(impl->parser));
-    errorColumn = static_cast<long>(XML_GetCurrentColumnNumber(impl->parser)) + 1;
-    errorMessage = "line " + std::to_string(errorLine) + ", column " + std::to_string(errorColumn) + ": " + message;
+    SetError(static_cast<long>(XML_GetCurrentLineNumber(impl->parser)),
+             static_cast<long>(XML_GetCurrentColumnNumber(impl->parser)) + 1, message);
+}
+
+void XMLReader::SetError(long line, long column, const std::string& message) {
+    errorLine = line;
+    errorColumn = column;
+    errorMessage = "line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + message;
 }
 
 void XMLReader::Fail(const std::string& message) {
@@ -692,69 +697,20 @@ bool XMLReader::Run(Source& source) {
         ok = impl->Feed(piece, last);
     }
     if (ok && !last && !source.readError) {
-        // The rest, on a thread of its own.
+        // The rest, on a thread of its own when one can be had.
         impl->background = true;
         try {
             impl->thread = std::thread([this, &source] { impl->Produce(source); });
         } catch (const std::system_error&) {
             impl->background = false;
         }
-        if (!impl->background) {
-            while (ok && !last) {
-                std::string_view piece = source.Next(kPiece, last);
-                if (source.readError)
-                    break;
-                ok = impl->Feed(piece, last);
-            }
-        } else {
-            for (;;) {
-                RecordBlock block;
-                {
-                    std::unique_lock lock(impl->mutex);
-                    impl->ready.wait(lock, [this] { return !impl->full.empty() || impl->done; });
-                    if (impl->full.empty())
-                        break;
-                    block = std::move(impl->full.front());
-                    impl->full.pop_front();
-                }
-                impl->room.notify_one();
-                Replay(block);
-                if (!failure.empty())
-                    break;
-                block.Clear();
-                std::lock_guard lock(impl->mutex);
-                if (impl->spareBlocks.size() < 2)
-                    impl->spareBlocks.push_back(std::move(block));
-            }
-            impl->StopProducing();
-            impl->background = false;
-            ok = impl->expatError == XML_ERROR_NONE;
-            if (!failure.empty()) {
-                // Failed while replaying: the position comes from the bytes.
-                long line = 0, column = 0;
-                if (source.PositionOf(impl->eventByte, line, column)) {
-                    errorLine = line;
-                    errorColumn = column;
-                    errorMessage = "line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + failure;
-                } else {
-                    errorMessage = failure;
-                }
-                return false;
-            }
-            if (!impl->failure.empty()) {
-                failure = impl->failure;
-                errorLine = impl->failureLine;
-                errorColumn = impl->failureColumn;
-                errorMessage = "line " + std::to_string(errorLine) + ", column " + std::to_string(errorColumn) + ": " + failure;
-                return false;
-            }
-            if (!ok) {
-                errorLine = impl->failureLine;
-                errorColumn = impl->failureColumn;
-                errorMessage = "line " + std::to_string(errorLine) + ", column " + std::to_string(errorColumn) + ": " +
-                               XML_ErrorString(impl->expatError);
-                return false;
-            }
+        if (impl->background)
+            return ReplayBlocks(source);
+        while (ok && !last) {
+            std::string_view piece = source.Next(kPiece, last);
+            if (source.readError)
+                break;
+            ok = impl->Feed(piece, last);
         }
     }
     if (source.readError) {
@@ -764,6 +720,53 @@ bool XMLReader::Run(Source& source) {
     if (!ok) {
         if (failure.empty())
             RecordError(XML_ErrorString(XML_GetErrorCode(impl->parser)));
+        return false;
+    }
+    return true;
+}
+
+bool XMLReader::ReplayBlocks(Source& source) {
+    for (;;) {
+        RecordBlock block;
+        {
+            std::unique_lock lock(impl->mutex);
+            impl->ready.wait(lock, [this] { return !impl->full.empty() || impl->done; });
+            if (impl->full.empty())
+                break;
+            block = std::move(impl->full.front());
+            impl->full.pop_front();
+        }
+        impl->room.notify_one();
+        Replay(block);
+        if (!failure.empty())
+            break;
+        block.Clear();
+        std::lock_guard lock(impl->mutex);
+        if (impl->spareBlocks.size() < 2)
+            impl->spareBlocks.push_back(std::move(block));
+    }
+    impl->StopProducing();
+    impl->background = false;
+    if (!failure.empty()) {
+        // Failed while replaying: the position comes from the bytes.
+        long line = 0, column = 0;
+        if (source.PositionOf(impl->eventByte, line, column))
+            SetError(line, column, failure);
+        else
+            errorMessage = failure;
+        return false;
+    }
+    if (!impl->failure.empty()) {
+        failure = impl->failure;
+        SetError(impl->failureLine, impl->failureColumn, failure);
+        return false;
+    }
+    if (impl->expatError != XML_ERROR_NONE) {
+        SetError(impl->failureLine, impl->failureColumn, XML_ErrorString(impl->expatError));
+        return false;
+    }
+    if (source.readError) {
+        errorMessage = "read error";
         return false;
     }
     return true;

@@ -158,12 +158,15 @@ private:
     class RecordBlock;
     bool Begin();
     bool Run(Source& source);
+    // Runs the hooks on the blocks of the parsing thread until it is done.
+    bool ReplayBlocks(Source& source);
     bool Finish(bool ok);
     void Replay(const RecordBlock& block);
     void OnStart(const char* name, const char** atts);
     void OnEnd(const std::string* raw);
     void OnText(const char* data, int length);
     void RecordError(const std::string& message);
+    void SetError(long line, long column, const std::string& message);
     XMLItem* MakeItem(const char* name);
     void Drop(XMLItem* item);
 
