@@ -76,7 +76,7 @@ struct TalvikReader::NoteState {
     std::vector<const Attribute*> initial;
     std::vector<const Attribute*> provided;
     // The attribute of the note's last value so far.
-    const NamedAttribute* lastNamed = nullptr;
+    NamedAttribute* lastNamed = nullptr;
 };
 
 TalvikReader::TalvikReader(Node* r, Node* a, bool p)
@@ -278,18 +278,17 @@ const Attribute* TalvikReader::AttributeNamed(const std::string& given) {
     return made;
 }
 
-const TalvikReader::NamedAttribute& TalvikReader::ResolveAttribute(const char* name,
-                                                                   const NamedAttribute* previous) {
-    const NamedAttribute* guess = previous ? previous->next : firstNamed;
-    if (guess && guess->name == name)
+TalvikReader::NamedAttribute& TalvikReader::ResolveAttribute(const char* name, NamedAttribute* previous) {
+    NamedAttribute* guess = previous ? previous->next : firstNamed;
+    if (guess && *guess->name == name)
         return *guess;
     auto [slot, fresh] = namedAttributes.try_emplace(name);
     NamedAttribute& named = slot->second;
     if (fresh) {
-        named.name = slot->first;
+        named.name = &slot->first;
         // The id and creator were read from the note's element.
-        if (named.name != "ID" && named.name != "Creator") {
-            const Attribute* attribute = AttributeNamed(named.name);
+        if (slot->first != "ID" && slot->first != "Creator") {
+            const Attribute* attribute = AttributeNamed(slot->first);
             if (attribute && attribute->IsValid()) {
                 named.attribute = attribute;
                 named.alias = attribute->Name() == "Alias";
@@ -299,7 +298,7 @@ const TalvikReader::NamedAttribute& TalvikReader::ResolveAttribute(const char* n
         }
     }
     if (previous)
-        const_cast<NamedAttribute*>(previous)->next = &named;
+        previous->next = &named;
     else
         firstNamed = &named;
     return named;
@@ -318,7 +317,7 @@ bool TalvikReader::StartLeaf(const char* name, const char** attributes) {
                 given = a[1];
                 break;
             }
-        const NamedAttribute& named = ResolveAttribute(given, state.lastNamed);
+        NamedAttribute& named = ResolveAttribute(given, state.lastNamed);
         state.lastNamed = &named;
         if (named.attribute) {
             leafKind = LeafKind::kAttribute;

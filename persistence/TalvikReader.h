@@ -62,12 +62,12 @@ private:
     struct NoteState;
     // An attribute named in the file, as this reader resolved it.
     struct NamedAttribute {
-        std::string name;
+        const std::string* name = nullptr;     // the key it is kept under
         const Attribute* attribute = nullptr;  // null: the value is not read
         ValueInterner* interner = nullptr;     // null: the text is set as it is
         bool alias = false;                    // the value makes the note an alias
         // The name that followed this one in the last note that had it.
-        const NamedAttribute* next = nullptr;
+        NamedAttribute* next = nullptr;
     };
     enum class LeafKind : uint8_t { kSkipped, kAttribute, kText, kRTF, kRTFD };
 
@@ -75,7 +75,7 @@ private:
     void StartNote(XMLItem* item);
     void EndNote(XMLItem* item);
     // The attribute a note names after `previous` (null: first in the note).
-    const NamedAttribute& ResolveAttribute(const char* name, const NamedAttribute* previous);
+    NamedAttribute& ResolveAttribute(const char* name, NamedAttribute* previous);
     void MakeAttribute(const XMLItem* item, Attribute* parent);
     void MakeColors(const XMLItem* item);
     void MakeLinkTypes(const XMLItem* item);
@@ -117,7 +117,7 @@ private:
     // same attributes in the same order, so each name remembers the one
     // that came after it, and that guess usually saves the look-up.
     std::unordered_map<std::string, NamedAttribute> namedAttributes;
-    const NamedAttribute* firstNamed = nullptr;
+    NamedAttribute* firstNamed = nullptr;
     // How many local values the last note read ended with.
     size_t lastValueCount = 0;
     // The leaf being read.

@@ -687,30 +687,27 @@ bool XMLReader::Run(Source& source) {
     size_t fed = 0;
     bool ok = true;
     bool last = false;
-    // The start, on this thread.
-    while (ok && !last && (fed < backgroundThreshold || !source.CanRescan())) {
-        size_t most = fed < backgroundThreshold ? std::min(kPiece, backgroundThreshold - fed) : kPiece;
-        std::string_view piece = source.Next(most, last);
-        if (source.readError)
+    bool canHandOver = source.CanRescan();
+    for (;;) {
+        // The start, on this thread, and all of it when no thread can be had.
+        while (ok && !last && (fed < backgroundThreshold || !canHandOver)) {
+            size_t most = fed < backgroundThreshold ? std::min(kPiece, backgroundThreshold - fed) : kPiece;
+            std::string_view piece = source.Next(most, last);
+            if (source.readError)
+                break;
+            fed += piece.size();
+            ok = impl->Feed(piece, last);
+        }
+        if (!ok || last || source.readError)
             break;
-        fed += piece.size();
-        ok = impl->Feed(piece, last);
-    }
-    if (ok && !last && !source.readError) {
-        // The rest, on a thread of its own when one can be had.
+        // The rest, on a thread of its own.
         impl->background = true;
         try {
             impl->thread = std::thread([this, &source] { impl->Produce(source); });
+            return ReplayBlocks(source);
         } catch (const std::system_error&) {
             impl->background = false;
-        }
-        if (impl->background)
-            return ReplayBlocks(source);
-        while (ok && !last) {
-            std::string_view piece = source.Next(kPiece, last);
-            if (source.readError)
-                break;
-            ok = impl->Feed(piece, last);
+            canHandOver = false;
         }
     }
     if (source.readError) {
