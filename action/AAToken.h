@@ -2,6 +2,7 @@
 // Statement nodes of compiled action code: assignments, `var`, `if`,
 // `.each` and bare expressions. Each holds its parsed parts; running them is
 // the evaluator's work.
+#include <atomic>
 #include <memory>
 #include <string>
 #include <utility>
@@ -10,6 +11,9 @@
 #include "AAValue.h"
 
 class Action;
+class AttributeToken;
+class MatchList;
+class Node;
 
 class AAToken {
 public:
@@ -19,6 +23,16 @@ public:
     AAToken& operator=(const AAToken&) = delete;
 
     virtual const char* ClassName() const = 0;
+
+    virtual void Apply(Node* note, MatchList& matches) const = 0;
+    virtual bool IsValid(const Node* note) const = 0;
+
+    // Set when the statement is destroyed; an assignment that finds it set
+    // after assigning throws ActionDeletedException.
+    bool IsDead() const { return dead.load(std::memory_order_relaxed); }
+
+private:
+    std::atomic<bool> dead{false};
 };
 
 using AATokenPtr = std::unique_ptr<AAToken>;
@@ -29,6 +43,10 @@ public:
     explicit AAExpressionToken(AAValuePtr value) : expression(std::move(value)) {}
     const char* ClassName() const override { return "AAExpressionToken"; }
     AAValue* Expression() const { return expression.get(); }
+    // Computes the expression; when the document has a stamp of the
+    // result's name, applies that stamp to the note.
+    void Apply(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override;
 
 private:
     AAValuePtr expression;
@@ -43,6 +61,13 @@ public:
     const std::string& Left() const { return left; }
     AAValue* Right() const { return right.get(); }
 
+    void Apply(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override;
+
+protected:
+    // Assigns to one target note; `source` is the note the action runs on.
+    virtual void ApplyTo(Node* target, Node* source, const AttributeToken& token, MatchList& matches) const;
+
 private:
     std::string left;
     AAValuePtr right;
@@ -53,6 +78,9 @@ class AAOrAssign : public AAAssign {
 public:
     using AAAssign::AAAssign;
     const char* ClassName() const override { return "AAOrAssign"; }
+
+protected:
+    void ApplyTo(Node* target, Node* source, const AttributeToken& token, MatchList& matches) const override;
 };
 
 // `left &= right`: assigns only to a true attribute.
@@ -60,6 +88,9 @@ class AAAndAssign : public AAAssign {
 public:
     using AAAssign::AAAssign;
     const char* ClassName() const override { return "AAAndAssign"; }
+
+protected:
+    void ApplyTo(Node* target, Node* source, const AttributeToken& token, MatchList& matches) const override;
 };
 
 // `var a, b(3)` or `var a = expr`: names with optional initial expressions.
@@ -70,6 +101,8 @@ public:
     explicit AAVars(std::vector<Variable> declared) : variables(std::move(declared)) {}
     const char* ClassName() const override { return "AAVars"; }
     const std::vector<Variable>& Variables() const { return variables; }
+    void Apply(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override { return true; }
 
 private:
     std::vector<Variable> variables;
@@ -84,6 +117,8 @@ public:
     AAValue* Condition() const { return condition.get(); }
     const Action& Then() const { return *thenBranch; }
     const Action& Else() const { return *elseBranch; }
+    void Apply(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override;
 
 private:
     AAValuePtr condition;
@@ -100,6 +135,8 @@ public:
     AAValue* Receiver() const { return receiver.get(); }
     const std::string& Variable() const { return variable; }
     const Action& Body() const { return *body; }
+    void Apply(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override;
 
 private:
     AAValuePtr receiver;

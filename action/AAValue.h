@@ -15,7 +15,17 @@
 #include <string>
 #include <vector>
 
+#include <atomic>
+#include <mutex>
+
+#include "ActionResult.h"
+#include "AttributeCache.h"
+#include "STime.h"
+
 class AAValue;
+class AttributeToken;
+class MatchList;
+class Node;
 using AAValuePtr = std::unique_ptr<AAValue>;
 
 // What a tree dump shows of one node besides its class name: a few
@@ -76,6 +86,38 @@ public:
     // Fields and operands for a tree dump.
     virtual void Describe(AAValueParts& parts) const;
 
+    // Evaluation. A tree is shared by every thread that evaluates it: these
+    // are const, and the few caches nodes keep are idempotent.
+    //
+    // The result for `note`; by default the empty text.
+    virtual ActionResult ActionValue(Node* note, MatchList& matches) const;
+    virtual double GetDouble(Node* note, MatchList& matches) const;
+    virtual long GetNum(Node* note, MatchList& matches) const;
+    virtual STime GetDate(Node* note, MatchList& matches) const;
+    // The type code the result has (AttributeType), -1 when it cannot be told.
+    virtual int ResultType(Node* note, MatchList& matches) const;
+    virtual bool IsValid(const Node* note) const { return true; }
+    // What went wrong, for invalid nodes.
+    virtual std::string Error() const { return std::string(); }
+    // Assigns this expression, computed on `source`, to the attribute the
+    // token names on `target`; answers the value assigned.
+    virtual ActionResult DoAssign(Node* target, Node* source, const AttributeToken& token, MatchList& matches) const;
+    // Assigns to a facet such as `$Date.year`; answers the attribute's new text.
+    virtual ActionResult SetFacet(Node* target, const AttributeToken& token, const ActionResult& value) const;
+
+    // Computes `value` for the note: the one way operands are evaluated, so
+    // that the depth of nested evaluation is counted in one place. Past
+    // kMaxEvaluationDepth (or for a null value) the answer is the empty
+    // result. Parsed trees are never that deep; the bound holds for
+    // evaluations that nest through actions and designators.
+    static ActionResult ComputeValue(const AAValue* value, Node* note, MatchList& matches);
+    static constexpr int kMaxEvaluationDepth = 1200;
+
+    static const char* const kTrue;
+    static const char* const kFalse;
+    static const ActionResult& kTrueResult();
+    static const ActionResult& kFalseResult();
+
 protected:
     // Moves every owned child (operands and `next`) into `out`. Subclasses
     // that own children add theirs and call the inherited version.
@@ -104,6 +146,23 @@ public:
     explicit AAStringValue(std::string text) : AAValue(std::move(text)) {}
     const char* ClassName() const override { return "AAStringValue"; }
     void Describe(AAValueParts& parts) const override;
+
+    // A bound variable of this name, else the note's attribute of this name,
+    // else the word itself.
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    // The attribute's type, else the variable's, else string.
+    int ResultType(Node* note, MatchList& matches) const override;
+    // The attribute's date, else the text read as a date (once).
+    STime GetDate(Node* note, MatchList& matches) const override;
+
+protected:
+    // The text read as a date, kept after the first reading.
+    STime LiteralDate() const;
+    const Attribute* AttributeNamed(const Node* note) const { return attributeCache.Find(note, token); }
+
+    AttributeCache attributeCache;
+    mutable std::once_flag dateOnce;
+    mutable STime date;
 };
 
 // Text written in quotes; it is always the literal. Remembers its quote.
@@ -114,6 +173,9 @@ public:
     const char* ClassName() const override { return "AAQuotedStringValue"; }
     char Quote() const { return quote; }
     void Describe(AAValueParts& parts) const override;
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+    STime GetDate(Node* note, MatchList& matches) const override;
 
 private:
     char quote;
@@ -124,6 +186,13 @@ class AAInteger : public AAStringValue {
 public:
     using AAStringValue::AAStringValue;
     const char* ClassName() const override { return "AAInteger"; }
+    int ResultType(Node* note, MatchList& matches) const override;
+    // The text as a number, read once.
+    long GetNum(Node* note, MatchList& matches) const override;
+
+private:
+    mutable std::once_flag numberOnce;
+    mutable long number = 0;
 };
 
 // "true" or "false".
@@ -131,6 +200,7 @@ class AABoolean : public AAStringValue {
 public:
     using AAStringValue::AAStringValue;
     const char* ClassName() const override { return "AABoolean"; }
+    int ResultType(Node* note, MatchList& matches) const override;
 };
 
 // A syntax problem kept in the tree; its text says what went wrong.
@@ -139,12 +209,17 @@ public:
     explicit AAInvalid(std::string text) : AAValue(std::move(text)) {}
     const char* ClassName() const override { return "AAInvalid"; }
     void Describe(AAValueParts& parts) const override;
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override { return false; }
+    std::string Error() const override { return token; }
 };
 
 // The empty expression, as in `$X=;`.
 class AADefaultValue : public AAValue {
 public:
     const char* ClassName() const override { return "AADefaultValue"; }
+    // `$X=;` removes the note's own value, so that it inherits again.
+    ActionResult DoAssign(Node* target, Node* source, const AttributeToken& token, MatchList& matches) const override;
 };
 
 // `$0`, `$1`, ...: a capture group of the latest regular expression.
@@ -154,6 +229,7 @@ public:
     const char* ClassName() const override { return "AAMatchValue"; }
     int Index() const { return index; }
     void Describe(AAValueParts& parts) const override;
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
 
 private:
     int index;
@@ -169,8 +245,20 @@ public:
     const std::string& Designator() const { return designator; }
     void Describe(AAValueParts& parts) const override;
 
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+    STime GetDate(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override;
+    // The attribute's value on `target` as an expression result.
+    ActionResult ValueFor(Node* target, Node* note, MatchList& matches) const;
+
 private:
+    // The note the designator names, or `note` without one; null when the
+    // designator names nothing.
+    Node* Target(Node* note, MatchList& matches) const;
+
     std::string designator;
+    AttributeCache attributeCache;
 };
 
 // `^...`: an export template run for the note.
@@ -185,17 +273,31 @@ public:
 // regular-expression query on the attribute of that name.
 class AARegexValue : public AAValue {
 public:
-    AARegexValue(std::string name, std::string patternText, bool isCaseSensitive)
-        : AAValue(std::move(name)), pattern(std::move(patternText)), caseSensitive(isCaseSensitive) {}
+    AARegexValue(std::string name, std::string patternText, bool isCaseSensitive);
+    ~AARegexValue() override;
     const char* ClassName() const override { return "AARegexValue"; }
     const std::string& Name() const { return token; }
     const std::string& Pattern() const { return pattern; }
     bool CaseSensitive() const { return caseSensitive; }
     void Describe(AAValueParts& parts) const override;
 
+    // Searches the attribute's text of the note's original; a match stores
+    // the capture groups and answers its position + 1, no match is false.
+    // For a set attribute: whether the set holds the pattern text.
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    // `Name(/some/path)` on the right of an assignment: the attribute's text
+    // on the note at that path, else the path text itself.
+    ActionResult DoAssign(Node* target, Node* source, const AttributeToken& token, MatchList& matches) const override;
+
 private:
+    struct Compiled;
+    const Compiled& Regex() const;
+
     std::string pattern;
     bool caseSensitive;
+    AttributeCache attributeCache;
+    mutable std::once_flag compileOnce;
+    mutable std::unique_ptr<Compiled> compiled;
 };
 
 // `links(designator).query`: the links of a note, filtered by a dotted query.
@@ -226,6 +328,7 @@ public:
     AAValue* Then() const { return thenBranch.get(); }
     AAValue* Else() const { return elseBranch.get(); }
     void Describe(AAValueParts& parts) const override;
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
 
 protected:
     void ReleaseChildren(std::vector<AAValuePtr>& out) override;
@@ -252,6 +355,12 @@ public:
     AAValuePtr TakeRight() override { return std::move(operand); }
     void Describe(AAValueParts& parts) const override;
 
+    // The computed operand.
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override { return operand && operand->IsValid(note); }
+    // The note itself for an empty path, otherwise the note the path names.
+    virtual Node* TargetNode(const std::string& path, Node* note, MatchList& matches) const;
+
 protected:
     void ReleaseChildren(std::vector<AAValuePtr>& out) override;
 
@@ -273,18 +382,56 @@ public:
     AAValuePtr TakeRight() override { return std::move(right); }
     void Describe(AAValueParts& parts) const override;
 
+    // Computes by the kind ArgumentType tells (number, text, boolean, date,
+    // set, list, colour, interval, dictionary), then Modify.
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    // ArgumentType; comparisons answer boolean.
+    int ResultType(Node* note, MatchList& matches) const override;
+    long GetNum(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override;
+
+    // What the result becomes: itself, or its negation for `!=`, `<=`, `>=`.
+    virtual ActionResult Modify(const ActionResult& result) const { return result; }
+    // The kind of computation, from the types of both operands.
+    virtual int ArgumentType(Node* note, MatchList& matches) const;
+    // The number of an operand: days since the never date for a date text,
+    // the number otherwise; 0 for no operand.
+    double Eval(const AAValue* operand, Node* note, MatchList& matches) const;
+    bool EvalBoolean(const AAValue* operand, Node* note, MatchList& matches) const;
+    virtual double Compute(Node* note, MatchList& matches) const { return 0.0; }
+    virtual bool ComputeBoolean(Node* note, MatchList& matches) const { return false; }
+    virtual double ComputeDate(Node* note, MatchList& matches) const { return 0.0; }
+    virtual std::string ComputeSet(Node* note, MatchList& matches) const { return std::string(); }
+    virtual std::string ComputeList(Node* note, MatchList& matches) const { return std::string(); }
+    virtual std::string ComputeColor(Node* note, MatchList& matches) const;
+    virtual std::string ComputeInterval(Node* note, MatchList& matches) const;
+    virtual ActionResult ComputeDictionary(Node* note, MatchList& matches) const;
+    virtual ActionResult ComputeActionResultForString(Node* note, MatchList& matches) const;
+    // When exactly one side carries rich text, gives the other side rich
+    // text in the note's default text style.
+    void ExpandAttributedStrings(Node* note, ActionResult& l, ActionResult& r) const;
+
 protected:
+    // Whether the class is a comparison, whose result type is boolean.
+    virtual bool IsComparison() const { return false; }
+
     void ReleaseChildren(std::vector<AAValuePtr>& out) override;
 
     AAValuePtr left;
     AAValuePtr right;
 };
 
-// A dot operator on a receiver, `$A.size`, `$A.replace(a, b)`.
+// A dot operator on a receiver, `$A.size`, `$A.replace(a, b)`. Until its
+// class computes something of its own, a dot operator answers the empty
+// text, like any function without a body.
 class AADotOperator : public AABinaryOperator {
 public:
     using AABinaryOperator::AABinaryOperator;
     int Priority() const override { return kPriorityDotOperator; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override { return AAValue::ActionValue(note, matches); }
+    int ResultType(Node* note, MatchList& matches) const override { return -1; }
+    long GetNum(Node* note, MatchList& matches) const override { return AAValue::GetNum(note, matches); }
+    bool IsValid(const Node* note) const override { return true; }
 };
 
 // `.contains` and `.containsAnyOf` with their case flag.
@@ -294,51 +441,74 @@ public:
     const char* ClassName() const override { return "AADotContains"; }
     bool CaseSensitive() const { return caseSensitive; }
     void Describe(AAValueParts& parts) const override;
+    // A set or list receiver: the one-based position of the item, or false.
+    // A dictionary: whether the key exists. Otherwise the argument is a
+    // regular expression searched in the receiver's text: a match stores
+    // the capture groups and answers its one-based position.
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override;
+
+protected:
+    // The test of one pattern on a computed receiver of the given type.
+    ActionResult Contains(const ActionResult& receiver, int receiverType, const std::string& pattern,
+                          MatchList& matches) const;
 
 private:
     bool caseSensitive;
 };
 
+// `.containsAnyOf(list)`: whether any item of the list is contained, by
+// the rule of `.contains`.
 class AADotContainsAny : public AADotContains {
 public:
     using AADotContains::AADotContains;
     const char* ClassName() const override { return "AADotContainsAny"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
 };
 
 // Family bases of the function library.
 
 // A one-argument numeric function.
-class AANumFun : public AAUnaryOperator {
+// A function of the library. Until its class computes something of its
+// own, a call answers the empty text (never the operand passed through).
+class AAFunction : public AAUnaryOperator {
 public:
     using AAUnaryOperator::AAUnaryOperator;
+    ActionResult ActionValue(Node* note, MatchList& matches) const override { return AAValue::ActionValue(note, matches); }
+    bool IsValid(const Node* note) const override { return true; }
+};
+
+class AANumFun : public AAFunction {
+public:
+    using AAFunction::AAFunction;
     int Priority() const override { return kPriorityListFunction; }
 };
 
 // A one-argument text function.
-class AATransformer : public AAUnaryOperator {
+class AATransformer : public AAFunction {
 public:
-    using AAUnaryOperator::AAUnaryOperator;
+    using AAFunction::AAFunction;
     int Priority() const override { return kPriorityDotOperator; }
 };
 
 // A function over the items of a list.
-class AASetFun : public AAUnaryOperator {
+class AASetFun : public AAFunction {
 public:
-    using AAUnaryOperator::AAUnaryOperator;
+    using AAFunction::AAFunction;
     int Priority() const override { return kPriorityListFunction; }
 };
 
 // A unary function whose argument names a note.
-class AAUnaryWithTarget : public AAUnaryOperator {
+class AAUnaryWithTarget : public AAFunction {
 public:
-    using AAUnaryOperator::AAUnaryOperator;
+    using AAFunction::AAFunction;
 };
 
 // Functions of composites. The `:name` forms keep the texts of their
 // parenthesised arguments.
-class AACompositeFunction : public AAUnaryOperator {
+class AACompositeFunction : public AAFunction {
 public:
-    using AAUnaryOperator::AAUnaryOperator;
+    using AAFunction::AAFunction;
     int Priority() const override { return kPriorityDotOperator; }
     void SetArguments(std::vector<std::string> texts) { arguments = std::move(texts); }
     const std::vector<std::string>& Arguments() const { return arguments; }

@@ -7,12 +7,12 @@
 #include "ActionList.h"
 #include "ArgList.h"
 #include "Log.h"
+#include "Node.h"
+#include "NodeFacade.h"
 #include "Parser.h"
 
 // ---------------------------------------------------------------------------
 // Statements
-
-AAToken::~AAToken() = default;
 
 AAIf::AAIf(AAValuePtr conditionValue, std::unique_ptr<Action> thenAction, std::unique_ptr<Action> elseAction)
     : condition(std::move(conditionValue)), thenBranch(std::move(thenAction)), elseBranch(std::move(elseAction)) {}
@@ -32,8 +32,33 @@ void AATokenList::Parse(const std::string& text) {
     }
 }
 
+bool AATokenList::IsValid(const Node* note) const {
+    if (tokens.empty())
+        return false;
+    for (const AATokenPtr& token : tokens)
+        if (!token->IsValid(note))
+            return false;
+    return true;
+}
+
+void AATokenList::Apply(Node* note, MatchList& matches, const std::atomic<bool>& deleted) const {
+    StChanges changes(note ? note->GetHypertext() : nullptr);
+    for (const AATokenPtr& token : tokens) {
+        try {
+            token->Apply(note, matches);
+        } catch (const ActionDeletedException&) {
+            return;
+        }
+        if (deleted.load(std::memory_order_relaxed))
+            return;
+    }
+}
+
 // ---------------------------------------------------------------------------
 // Actions
+
+const char* const Action::kTrue = "true";
+const char* const Action::kFalse = "";
 
 std::atomic<long> AgentAction::sCount{0};
 
@@ -48,6 +73,15 @@ AgentAction::~AgentAction() {
     deleted = true;
     tokens.DeleteTokens();
     --sCount;
+}
+
+void AgentAction::Apply(Node* note, MatchList& matches) const {
+    struct StRunning {
+        std::atomic<int>& count;
+        explicit StRunning(std::atomic<int>& c) : count(c) { count.fetch_add(1, std::memory_order_acq_rel); }
+        ~StRunning() { count.fetch_sub(1, std::memory_order_acq_rel); }
+    } runningNow(running);
+    tokens.Apply(note, matches, deleted);
 }
 
 void AgentAction::Parse() {
@@ -65,6 +99,43 @@ std::unique_ptr<Action> Action::Create(const std::string& text) {
     if (text.empty())
         return std::make_unique<NoAction>();
     return std::make_unique<AgentAction>(text);
+}
+
+void Action::Do(Node* note, MatchList& matches, const std::string& text) {
+    std::unique_ptr<Action> action = Create(text);
+    action->Apply(note, matches);
+}
+
+void Action::Do(Node* note, const std::string& text) {
+    MatchList matches;
+    Do(note, matches, text);
+}
+
+ActionResult Action::EvaluateAction(Node* note, const std::string& text, MatchList& matches, bool caseSensitive) {
+    AAValuePtr tree = ParseExpression(text, caseSensitive);
+    if (!tree)
+        return ActionResult("syntax error: " + text);
+    return AAValue::ComputeValue(tree.get(), note, matches);
+}
+
+ActionResult Action::EvaluateAction(Node* note, const std::string& text) {
+    MatchList matches;
+    return EvaluateAction(note, text, matches, true);
+}
+
+std::string Action::Evaluate(Node* note, const std::string& text, MatchList& matches, bool caseSensitive) {
+    return EvaluateAction(note, text, matches, caseSensitive).AsString();
+}
+
+std::string Action::Evaluate(Node* note, const std::string& text) {
+    MatchList matches;
+    matches.CurrentThat(note);
+    return Evaluate(note, text, matches, true);
+}
+
+bool Action::IsValidAction(const std::string& text, Node* note) {
+    AgentAction action(text);
+    return action.IsValid(note);
 }
 
 AAValuePtr Action::Parse(const std::string& text, bool caseSensitive) {

@@ -10,6 +10,14 @@
 
 #include "AAToken.h"
 #include "AAValue.h"
+#include "MatchList.h"
+
+class Node;
+
+// Thrown by an assignment that finds its statement destroyed while it ran
+// (a rule that rewrote its own text); the statement loop ends quietly.
+// The one exception of ordinary flow.
+class ActionDeletedException {};
 
 // The statements of one action text, in order.
 class AATokenList {
@@ -25,6 +33,13 @@ public:
     const std::vector<AATokenPtr>& Tokens() const { return tokens; }
     void DeleteTokens() { tokens.clear(); }
 
+    // False for an empty list, otherwise whether every statement is valid.
+    bool IsValid(const Node* note) const;
+    // Applies the statements in order as one batch of changes. A statement
+    // that finds itself destroyed ends the loop, and so does `deleted`
+    // turning true: the rest of the statements no longer exist.
+    void Apply(Node* note, MatchList& matches, const std::atomic<bool>& deleted) const;
+
 private:
     std::vector<AATokenPtr> tokens;
 };
@@ -39,6 +54,25 @@ public:
 
     // `NoAction` for empty text, `AgentAction` otherwise.
     static std::unique_ptr<Action> Create(const std::string& text);
+
+    virtual void Apply(Node* note, MatchList& matches) const = 0;
+    virtual bool IsValid(const Node* note) const = 0;
+
+    // Compiles the text, applies it to the note and deletes it.
+    static void Do(Node* note, MatchList& matches, const std::string& text);
+    static void Do(Node* note, const std::string& text);
+    // The expression's result for the note; text that does not parse gives
+    // "syntax error: " and the text.
+    static ActionResult EvaluateAction(Node* note, const std::string& text, MatchList& matches, bool caseSensitive);
+    static ActionResult EvaluateAction(Node* note, const std::string& text);
+    static std::string Evaluate(Node* note, const std::string& text, MatchList& matches, bool caseSensitive);
+    // With a fresh MatchList whose `that` is the note.
+    static std::string Evaluate(Node* note, const std::string& text);
+    static bool IsValidAction(const std::string& text, Node* note);
+
+    // "true", and the empty text that stands for false.
+    static const char* const kTrue;
+    static const char* const kFalse;
 
     // One expression.
     static AAValuePtr Parse(const std::string& text, bool caseSensitive);
@@ -78,6 +112,12 @@ public:
     const AATokenList& Tokens() const { return tokens; }
     bool Deleted() const { return deleted; }
 
+    void Apply(Node* note, MatchList& matches) const override;
+    bool IsValid(const Node* note) const override { return tokens.IsValid(note); }
+    // Whether an Apply is under way (on any thread): a pool that deletes
+    // retired actions keeps such an action until it ends.
+    bool IsRunning() const { return running.load() > 0; }
+
     // The number of AgentAction objects alive.
     static long Count() { return sCount.load(); }
 
@@ -87,7 +127,8 @@ protected:
 private:
     std::string text;
     AATokenList tokens;
-    bool deleted = false;
+    std::atomic<bool> deleted{false};
+    mutable std::atomic<int> running{0};
     static std::atomic<long> sCount;
 };
 
@@ -96,4 +137,6 @@ class NoAction : public Action {
 public:
     NoAction() = default;
     const char* ClassName() const override { return "NoAction"; }
+    void Apply(Node*, MatchList&) const override {}
+    bool IsValid(const Node*) const override { return false; }
 };

@@ -1,5 +1,7 @@
 #include "HTPath.h"
 
+#include "Action.h"
+
 #include <cstdlib>
 #include <random>
 #include <unordered_map>
@@ -525,7 +527,5 @@ std::string HTPath::Evaluate(Node* note, const std::string& text, MatchList& mat
 }
 
 ActionResult HTPath::EvaluateAction(Node* note, const std::string& text, MatchList& matches) const {
-    // The evaluator is not part of this layer yet: until it is, action code
-    // in a designator computes to nothing and the designator to no note.
-    return ActionResult();
+    return Action::EvaluateAction(note, text, matches, true);
 }

@@ -71,6 +71,14 @@ Hypertext::~Hypertext() {
         delete n;
     }
     CleanupDeletedValues();
+    // Parts go last: the values of the notes destroyed above hand their
+    // compiled actions to the action pool.
+    std::map<std::string, std::unique_ptr<DocumentPart>> ending;
+    {
+        std::lock_guard<std::mutex> guard(partsMutex);
+        ending.swap(parts);
+    }
+    ending.clear();
 }
 
 void Hypertext::Adopt(Node* node) {
@@ -283,3 +291,21 @@ OperationQueue& Hypertext::ImportQueue() {
 }
 
 std::string Hypertext::CreatorName() const { return preferences ? preferences->Creator() : std::string("system"); }
+
+DocumentPart* Hypertext::Part(const std::string& key, const std::function<std::unique_ptr<DocumentPart>()>& make) {
+    std::lock_guard<std::mutex> guard(partsMutex);
+    auto it = parts.find(key);
+    if (it != parts.end())
+        return it->second.get();
+    std::unique_ptr<DocumentPart> made = make ? make() : nullptr;
+    DocumentPart* part = made.get();
+    if (made)
+        parts.emplace(key, std::move(made));
+    return part;
+}
+
+DocumentPart* Hypertext::FindPart(const std::string& key) const {
+    std::lock_guard<std::mutex> guard(partsMutex);
+    auto it = parts.find(key);
+    return it == parts.end() ? nullptr : it->second.get();
+}

@@ -3,6 +3,7 @@
 // indexes and the managers that act on them.
 #include <functional>
 #include <map>
+#include <mutex>
 #include <memory>
 #include <set>
 #include <unordered_set>
@@ -25,6 +26,15 @@ class Prefs;
 class Props;
 class Value;
 class ValueRecyclingPool;
+
+// A part of a document that a layer above the core makes and the document
+// owns (the pool of retired compiled actions, later the agent and rule
+// managers). Parts are destroyed when the document ends, after its notes,
+// whose values may still hand things to them while they go.
+class DocumentPart {
+public:
+    virtual ~DocumentPart() = default;
+};
 
 class Hypertext {
 public:
@@ -143,6 +153,12 @@ public:
     void SetCarriedSection(const std::string& name, std::string raw);
     const std::map<std::string, std::string>& CarriedSections() const { return carried; }
 
+    // The part made under `key`, made by `make` on first use. Safe from any
+    // thread; the part lives as long as the document.
+    DocumentPart* Part(const std::string& key, const std::function<std::unique_ptr<DocumentPart>()>& make);
+    // The part made under `key`, or null.
+    DocumentPart* FindPart(const std::string& key) const;
+
 private:
     void Construct(bool skipProperties);
 
@@ -176,4 +192,6 @@ private:
     std::string uuid;
     std::string preview;
     std::map<std::string, std::string> carried;
+    mutable std::mutex partsMutex;
+    std::map<std::string, std::unique_ptr<DocumentPart>> parts;
 };

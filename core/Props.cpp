@@ -14,7 +14,13 @@ Props::~Props() {
         owned.pop_back();
 }
 
+void Props::Restamp() {
+    static std::atomic<uint64_t> next{1};
+    stamp.store(next.fetch_add(1), std::memory_order_release);
+}
+
 void Props::Clear() {
+    Restamp();
     byName.clear();
     while (!owned.empty())
         owned.pop_back();
@@ -33,6 +39,7 @@ Attribute* Props::GetAttribute(const std::string& name) const {
 bool Props::AddAttribute(Attribute* attribute) {
     if (!attribute || byName.count(attribute->Name()))
         return false;
+    Restamp();
     byName[attribute->Name()] = attribute;
     return true;
 }
@@ -50,6 +57,7 @@ Attribute* Props::Adopt(Attribute* attribute, Attribute* parent) {
 void Props::RemoveAttribute(Attribute* attribute) {
     if (!attribute || attribute == root || attribute == nullAttribute)
         return;
+    Restamp();
     auto it = byName.find(attribute->Name());
     if (it == byName.end() || it->second != attribute)
         return;
@@ -69,6 +77,7 @@ void Props::RemoveAttribute(Attribute* attribute) {
 void Props::Rename(Attribute* attribute, const std::string& name) {
     if (!attribute)
         return;
+    Restamp();
     auto it = byName.find(attribute->Name());
     if (it != byName.end() && it->second == attribute)
         byName.erase(it);

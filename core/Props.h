@@ -1,6 +1,8 @@
 #pragma once
 // The document's attribute table: every attribute definition by name, and the
 // category tree under the root attribute "anything".
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -36,6 +38,12 @@ public:
     void NewlyCreated(Node* note) const;
     void Sort();
 
+    // Changes whenever a name may come to mean another attribute or none
+    // (an attribute added, removed or renamed, the table cleared); unique
+    // across every table of the process, so that a cache keyed by it can
+    // tell two tables apart.
+    uint64_t Stamp() const { return stamp.load(std::memory_order_acquire); }
+
     Attribute* Root() const { return root; }
     Attribute* NullAttributeFor() const { return nullAttribute; }
     std::vector<Attribute*> Categories() const;
@@ -69,6 +77,9 @@ private:
     Attribute* Adopt(Attribute* attribute, Attribute* parent);
     Attribute* ParentFor(const std::string& category) const;
 
+    void Restamp();
+
+    std::atomic<uint64_t> stamp{0};
     Attribute* root = nullptr;
     Attribute* nullAttribute = nullptr;
     std::unordered_map<std::string, Attribute*> byName;
