@@ -4,6 +4,7 @@
 
 #include "Commands.h"
 #include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Node.h"
 #include "NodeFacade.h"
@@ -23,32 +24,35 @@ struct AddState {
 
 int RunAdd(const AddState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, true, error);
+    if (!session)
         return CommandFailure(error);
-    Node* parent = FindNote(hypertext.get(), state.file, state.parent, error);
+    Hypertext* hypertext = session->Document();
+    Node* parent = session->Note(state.parent, error);
     if (!parent)
         return CommandFailure(error);
     if (!parent->CanReceiveChildren())
         return CommandFailure(state.file + ": " + state.parent + " cannot hold notes");
+    if (!session->CanHoldDepth(DepthOfNote(parent) + 1, error))
+        return CommandFailure(error);
     Node* prototype = nullptr;
     if (!state.prototype.empty()) {
         NodeIndex* index = hypertext->GetIndex();
         prototype = index ? index->FindPrototype(state.prototype) : nullptr;
         if (!prototype)
-            prototype = HypertextFacade(hypertext.get()).First(
+            prototype = HypertextFacade(hypertext).First(
                 [&](Node* n) { return !n->IsHidden() && n->Name() == state.prototype; });
         if (!prototype)
             return CommandFailure(state.file + ": no note named " + state.prototype + " to be the prototype");
     }
-    Node* note = NodeMaker(hypertext.get()).Make(state.name, parent, parent->YoungestSon());
+    Node* note = NodeMaker(hypertext).Make(state.name, parent, parent->YoungestSon());
     if (!note)
         return CommandFailure(state.file + ": the note could not be made");
     if (prototype)
         note->SetPrototype(prototype->GetOriginal(), true);
     if (state.hasText)
         NodeText(note).SetText(state.text);
-    if (!SaveDocument(hypertext.get(), state.file, error))
+    if (!session->Save(error))
         return CommandFailure(error);
     std::cout << PathOfNote(note) << "\n";
     return 0;

@@ -3,7 +3,7 @@
 
 #include "Attribute.h"
 #include "Commands.h"
-#include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Node.h"
 #include "Props.h"
@@ -19,13 +19,13 @@ struct GetState {
 
 int RunGet(const GetState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, false, error);
+    if (!session)
         return CommandFailure(error);
-    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
+    Node* node = session->Note(state.path, error);
     if (!node)
         return CommandFailure(error);
-    const Attribute* attribute = FindAttribute(hypertext.get(), state.file, state.attribute, error);
+    const Attribute* attribute = session->AttributeNamed(state.attribute, error);
     if (!attribute)
         return CommandFailure(error);
     Value* value = node->CreateClonedValue(attribute);

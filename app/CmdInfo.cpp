@@ -4,7 +4,7 @@
 
 #include "Attribute.h"
 #include "Commands.h"
-#include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "LinkManager.h"
 #include "Node.h"
@@ -19,13 +19,12 @@ struct InfoState {
 
 int RunInfo(const InfoState& state) {
     std::string error;
-    int version = 0;
-    int revision = 0;
-    auto hypertext = OpenDocument(state.file, error, &version, &revision);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, false, error);
+    if (!session)
         return CommandFailure(error);
-    long notes = HypertextFacade(hypertext.get()).Count([](Node* n) { return n->Father() != nullptr; });
-    long aliases = HypertextFacade(hypertext.get()).Count([](Node* n) { return n->IsAlias(); });
+    Hypertext* hypertext = session->Document();
+    long notes = HypertextFacade(hypertext).Count([](Node* n) { return n->Father() != nullptr; });
+    long aliases = HypertextFacade(hypertext).Count([](Node* n) { return n->IsAlias(); });
     long userAttributes = 0;
     long attributes = 0;
     for (const Attribute* a : hypertext->AttributeStorage()->InTreeOrder()) {
@@ -42,8 +41,8 @@ int RunInfo(const InfoState& state) {
     std::cout << "prototype links: " << all.size() - all.OmitPrototypes().size() << "\n";
     std::cout << "attributes: " << attributes << "\n";
     std::cout << "user attributes: " << userAttributes << "\n";
-    std::cout << "version: " << version << "\n";
-    std::cout << "revision: " << revision << "\n";
+    std::cout << "version: " << session->Version() << "\n";
+    std::cout << "revision: " << session->Revision() << "\n";
     return 0;
 }
 

@@ -1,6 +1,6 @@
 // `rylvane link FILE FROM TO [--type TYPE]`: links one note to another.
 #include "Commands.h"
-#include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Link.h"
 #include "LinkType.h"
@@ -18,13 +18,13 @@ struct LinkState {
 
 int RunLink(const LinkState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, true, error);
+    if (!session)
         return CommandFailure(error);
-    Node* from = FindNote(hypertext.get(), state.file, state.from, error);
+    Node* from = session->Note(state.from, error);
     if (!from)
         return CommandFailure(error);
-    Node* to = FindNote(hypertext.get(), state.file, state.to, error);
+    Node* to = session->Note(state.to, error);
     if (!to)
         return CommandFailure(error);
     if (state.type.empty())
@@ -33,7 +33,7 @@ int RunLink(const LinkState& state) {
         return CommandFailure(state.file + ": prototypes are set with `set PATH Prototype NAME`");
     if (!NodeLinks(from).CreateLink(to, state.type))
         return CommandFailure(state.file + ": " + state.from + " cannot be linked to " + state.to);
-    if (!SaveDocument(hypertext.get(), state.file, error))
+    if (!session->Save(error))
         return CommandFailure(error);
     return 0;
 }

@@ -5,6 +5,7 @@
 
 #include "Commands.h"
 #include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Link.h"
 #include "Node.h"
@@ -31,10 +32,10 @@ void PrintLink(const Link* link, bool outbound) {
 
 int RunLinks(const LinksState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, false, error);
+    if (!session)
         return CommandFailure(error);
-    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
+    Node* node = session->Note(state.path, error);
     if (!node)
         return CommandFailure(error);
     NodeLinks links(node);

@@ -1,6 +1,7 @@
 // `rylvane mv FILE PATH NEWPARENT`: moves a note to the end of another note's children.
 #include "Commands.h"
 #include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Node.h"
 #include "NodeHelpers.h"
@@ -15,13 +16,14 @@ struct MvState {
 
 int RunMv(const MvState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, true, error);
+    if (!session)
         return CommandFailure(error);
-    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
+    Hypertext* hypertext = session->Document();
+    Node* node = session->Note(state.path, error);
     if (!node)
         return CommandFailure(error);
-    Node* parent = FindNote(hypertext.get(), state.file, state.parent, error);
+    Node* parent = session->Note(state.parent, error);
     if (!parent)
         return CommandFailure(error);
     if (node == hypertext->Root())
@@ -30,10 +32,12 @@ int RunMv(const MvState& state) {
         return CommandFailure(state.file + ": " + state.path + " cannot move into itself");
     if (!parent->CanReceiveChildren())
         return CommandFailure(state.file + ": " + state.parent + " cannot hold notes");
+    if (!session->CanHoldDepth(DepthOfNote(parent) + 1 + HeightOfNote(node), error))
+        return CommandFailure(error);
     Node* last = parent->YoungestSon();
     if (last != node)
         NodePosition(node).DoMoveTo(parent, last);
-    if (!SaveDocument(hypertext.get(), state.file, error))
+    if (!session->Save(error))
         return CommandFailure(error);
     return 0;
 }

@@ -1,6 +1,6 @@
 // `rylvane rm FILE PATH`: deletes a note with its descendants and links.
 #include "Commands.h"
-#include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Node.h"
 #include "NodeHelpers.h"
@@ -14,16 +14,17 @@ struct RmState {
 
 int RunRm(const RmState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, true, error);
+    if (!session)
         return CommandFailure(error);
-    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
+    Hypertext* hypertext = session->Document();
+    Node* node = session->Note(state.path, error);
     if (!node)
         return CommandFailure(error);
     if (node == hypertext->Root())
         return CommandFailure(state.file + ": the root cannot be deleted");
     NodeDeleter(node).Delete();
-    if (!SaveDocument(hypertext.get(), state.file, error))
+    if (!session->Save(error))
         return CommandFailure(error);
     return 0;
 }

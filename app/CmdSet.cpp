@@ -6,7 +6,7 @@
 
 #include "Attribute.h"
 #include "Commands.h"
-#include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Node.h"
 #include "Props.h"
@@ -22,19 +22,19 @@ struct SetState {
 
 int RunSet(const SetState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, true, error);
+    if (!session)
         return CommandFailure(error);
-    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
+    Node* node = session->Note(state.path, error);
     if (!node)
         return CommandFailure(error);
-    const Attribute* attribute = FindAttribute(hypertext.get(), state.file, state.attribute, error);
+    const Attribute* attribute = session->AttributeNamed(state.attribute, error);
     if (!attribute)
         return CommandFailure(error);
     if (!attribute->IsValid() || !attribute->IsEditable())
         return CommandFailure(state.file + ": the attribute " + attribute->Name() + " cannot be set");
     node->Set(attribute, state.value);
-    if (!SaveDocument(hypertext.get(), state.file, error))
+    if (!session->Save(error))
         return CommandFailure(error);
     return 0;
 }

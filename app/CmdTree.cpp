@@ -3,7 +3,7 @@
 #include <iostream>
 
 #include "Commands.h"
-#include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Node.h"
 
@@ -32,14 +32,15 @@ void PrintChildren(const Node* node, int depth) {
 
 int RunTree(const TreeState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, false, error);
+    if (!session)
         return CommandFailure(error);
+    Hypertext* hypertext = session->Document();
     if (state.path.empty() || state.path == "/") {
         PrintChildren(hypertext->Root(), 0);
         return 0;
     }
-    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
+    Node* node = session->Note(state.path, error);
     if (!node)
         return CommandFailure(error);
     PrintNote(node, 0);

@@ -1,5 +1,6 @@
 #include "DocumentFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -15,6 +16,7 @@
 #include "Node.h"
 #include "Props.h"
 #include "RylUUID.h"
+#include "SafeReplace.h"
 #include "TalvikReader.h"
 #include "TalvikWriter.h"
 
@@ -66,16 +68,32 @@ std::unique_ptr<Hypertext> NewDocument(const std::string& path) {
     return hypertext;
 }
 
-std::unique_ptr<Hypertext> OpenDocument(const std::string& path, std::string& error, int* version, int* revision) {
-    std::error_code code;
-    if (!std::filesystem::exists(path, code)) {
-        error = path + ": no such file";
-        return nullptr;
+std::string DescribeOpenFailure(const std::string& path, int error) {
+    if (error == ENOENT)
+        return path + ": no such file";
+    return path + ": " + std::strerror(error);
+}
+
+bool CheckDocumentFile(const std::string& path, std::string& error) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        error = DescribeOpenFailure(path, errno);
+        return false;
     }
-    if (std::filesystem::is_directory(path, code)) {
+    if (S_ISDIR(status.st_mode)) {
         error = path + ": is a folder, not a document";
-        return nullptr;
+        return false;
     }
+    if (!S_ISREG(status.st_mode)) {
+        error = path + ": not a regular file";
+        return false;
+    }
+    return true;
+}
+
+std::unique_ptr<Hypertext> OpenDocument(const std::string& path, std::string& error, int* version, int* revision) {
+    if (!CheckDocumentFile(path, error))
+        return nullptr;
     auto hypertext = std::make_unique<Hypertext>();
     TalvikReader reader(hypertext->Root());
     if (!reader.ReadFile(path)) {
@@ -90,56 +108,9 @@ std::unique_ptr<Hypertext> OpenDocument(const std::string& path, std::string& er
 }
 
 bool SaveDocument(Hypertext* hypertext, const std::string& path, std::string& error) {
-    std::filesystem::path target(path);
-    std::string folder = target.has_parent_path() ? target.parent_path().string() : std::string(".");
-    std::string pattern = folder + "/." + target.filename().string() + ".XXXXXX";
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    int fd = mkstemp(name.data());
-    if (fd < 0) {
-        error = path + ": cannot write beside it: " + std::strerror(errno);
-        return false;
-    }
-    std::string temporary(name.data());
-    auto fail = [&](const std::string& what) {
-        error = path + ": " + what;
-        ::close(fd);
-        std::remove(temporary.c_str());
-        return false;
-    };
-    std::ostringstream text;
-    if (!TalvikWriter(hypertext).Write(text))
-        return fail("the document could not be written");
-    const std::string bytes = text.str();
-    size_t written = 0;
-    while (written < bytes.size()) {
-        ssize_t n = ::write(fd, bytes.data() + written, bytes.size() - written);
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            return fail(std::string("cannot write: ") + std::strerror(errno));
-        }
-        written += static_cast<size_t>(n);
-    }
-    if (::fsync(fd) != 0)
-        return fail(std::string("cannot write: ") + std::strerror(errno));
-    // Keep the permissions of the file being replaced.
-    struct stat old {};
-    if (::stat(path.c_str(), &old) == 0)
-        ::fchmod(fd, old.st_mode & 07777);
-    else
-        ::fchmod(fd, 0644);
-    if (::close(fd) != 0) {
-        std::remove(temporary.c_str());
-        error = path + ": cannot write: " + std::strerror(errno);
-        return false;
-    }
-    if (std::rename(temporary.c_str(), path.c_str()) != 0) {
-        error = path + ": cannot replace: " + std::strerror(errno);
-        std::remove(temporary.c_str());
-        return false;
-    }
-    return true;
+    // The document is written straight to the file, not gathered in memory first.
+    return ReplaceFile(
+        path, [hypertext](std::ostream& out) { return TalvikWriter(hypertext).Write(out); }, error);
 }
 
 Node* FindNote(Hypertext* hypertext, const std::string& file, const std::string& path, std::string& error) {
@@ -185,4 +156,35 @@ std::string PathOfNote(const Node* node) {
     for (const Node* n = node; n && n->Father(); n = n->Father())
         path = "/" + EscapeName(n->Name()) + path;
     return path;
+}
+
+int DepthOfNote(const Node* node) {
+    int depth = 0;
+    for (const Node* n = node; n && n->Father(); n = n->Father())
+        ++depth;
+    return depth;
+}
+
+int HeightOfNote(const Node* node) {
+    if (!node)
+        return 0;
+    // A walk in outline order that keeps its depth, without recursion, so
+    // that a tree of any depth is measured.
+    int height = 0;
+    int depth = 0;
+    const Node* n = node;
+    for (;;) {
+        if (const Node* son = n->Son()) {
+            n = son;
+            height = std::max(height, ++depth);
+            continue;
+        }
+        while (n != node && !n->Brother()) {
+            n = n->Father();
+            --depth;
+        }
+        if (n == node)
+            return height;
+        n = n->Brother();
+    }
 }

@@ -36,6 +36,11 @@ public:
     bool Read(std::istream& stream);
     bool ReadFile(const std::string& path);
 
+    // The deepest note a document may hold, the root being at depth 0: the
+    // elements around it (the `rylvane` element and the root's) and the
+    // leaves inside it must fit within the parser's limit on nesting.
+    static constexpr int kMaxNoteDepth = XMLReader::kMaxDepth - 3;
+
     // Whether data looks like this format: "<rylvane" within its first 1024 bytes.
     static bool CouldBeXML(std::string_view start);
 
