@@ -125,7 +125,9 @@ AA_NODE_CLASS(AALocale, AAUnaryOperator)
 AA_NODE_CLASS(AAUTF8, AAUnaryOperator)
 AA_NODE_CLASS(AAIDEncode, AAUnaryOperator)
 AA_NODE_CLASS(AAPlay, AAUnaryOperator)
-AA_NODE_CLASS(AASpeak, AAUnaryOperator)
+// `$Text.speak(voice)` keeps its receiver on the left and its argument
+// chain on the right; `speak(text, voice)` has the right side only.
+AA_NODE_CLASS(AASpeak, AABinaryOperator)
 AA_NODE_CLASS(AAType, AAUnaryOperator)
 AA_NODE_CLASS(AAAttributeOperator, AAUnaryOperator)
 AA_NODE_CLASS(AADocumentPath, AAUnaryOperator)

@@ -53,9 +53,10 @@ AgentAction::~AgentAction() {
 void AgentAction::Parse() {
     // Bodies of `if` and `.each` are actions of their own; a limit on the
     // nesting keeps hostile text from exhausting the stack.
-    StParseNesting nesting;
+    StParseNesting nesting(text.size());
     if (nesting.TooDeep()) {
-        LogFormat("Action code nested more than %d levels deep", AgentActionExpressionParser::kMaxNesting);
+        LogFormat("Action code nested too deeply (more than %d levels or %zu bytes)",
+                  AgentActionExpressionParser::kMaxNesting, StParseNesting::kMaxNestedText);
         return;
     }
     tokens.Parse(text);
@@ -65,10 +66,6 @@ std::unique_ptr<Action> Action::Create(const std::string& text) {
     if (text.empty())
         return std::make_unique<NoAction>();
     return std::make_unique<AgentAction>(text);
-}
-
-AAValuePtr Action::Parse(const std::string& text, bool caseSensitive) {
-    return AgentActionExpressionParser::Parse(text, caseSensitive);
 }
 
 AAValuePtr Action::ParseExpression(const std::string& text, bool caseSensitive) {

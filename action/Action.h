@@ -41,7 +41,6 @@ public:
     static std::unique_ptr<Action> Create(const std::string& text);
 
     // One expression.
-    static AAValuePtr Parse(const std::string& text, bool caseSensitive);
     static AAValuePtr ParseExpression(const std::string& text, bool caseSensitive = true);
 
     // Statement nodes.
