@@ -106,7 +106,17 @@ AA_NODE_CLASS(AALocale, AAFunction)
 AA_NODE_CLASS(AAUTF8, AAFunction)
 AA_NODE_CLASS(AAIDEncode, AAFunction)
 AA_NODE_CLASS(AAPlay, AAFunction)
-AA_NODE_CLASS(AASpeak, AAFunction)
+// `$Text.speak(voice)` keeps its receiver on the left and its argument
+// chain on the right; `speak(text, voice)` has the right side only. Like
+// every function without a body it answers the empty text.
+class AASpeak : public AABinaryOperator {
+public:
+    using AABinaryOperator::AABinaryOperator;
+    const char* ClassName() const override { return "AASpeak"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override { return AAValue::ActionValue(note, matches); }
+    int ResultType(Node*, MatchList&) const override { return -1; }
+    bool IsValid(const Node*) const override { return true; }
+};
 AA_NODE_CLASS(AAType, AAFunction)
 AA_NODE_CLASS(AAAttributeOperator, AAFunction)
 AA_NODE_CLASS(AADocumentPath, AAFunction)

@@ -87,9 +87,10 @@ void AgentAction::Apply(Node* note, MatchList& matches) const {
 void AgentAction::Parse() {
     // Bodies of `if` and `.each` are actions of their own; a limit on the
     // nesting keeps hostile text from exhausting the stack.
-    StParseNesting nesting;
+    StParseNesting nesting(text.size());
     if (nesting.TooDeep()) {
-        LogFormat("Action code nested more than %d levels deep", AgentActionExpressionParser::kMaxNesting);
+        LogFormat("Action code nested too deeply (more than %d levels or %zu bytes)",
+                  AgentActionExpressionParser::kMaxNesting, StParseNesting::kMaxNestedText);
         return;
     }
     tokens.Parse(text);
@@ -136,10 +137,6 @@ std::string Action::Evaluate(Node* note, const std::string& text) {
 bool Action::IsValidAction(const std::string& text, Node* note) {
     AgentAction action(text);
     return action.IsValid(note);
-}
-
-AAValuePtr Action::Parse(const std::string& text, bool caseSensitive) {
-    return AgentActionExpressionParser::Parse(text, caseSensitive);
 }
 
 AAValuePtr Action::ParseExpression(const std::string& text, bool caseSensitive) {

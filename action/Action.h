@@ -75,7 +75,6 @@ public:
     static const char* const kFalse;
 
     // One expression.
-    static AAValuePtr Parse(const std::string& text, bool caseSensitive);
     static AAValuePtr ParseExpression(const std::string& text, bool caseSensitive = true);
 
     // Statement nodes.

@@ -1,5 +1,6 @@
 #include "ActionTreeDump.h"
 
+#include <string>
 #include <vector>
 
 #include "AAToken.h"
@@ -8,7 +9,19 @@
 
 namespace {
 
-void Indent(std::string& out, int depth) { out.append(static_cast<size_t>(depth) * 2, ' '); }
+// Lines are indented two spaces a level up to this depth; deeper lines are
+// indented as this depth and begin with their depth in brackets, so that
+// the dump of a deep tree grows with the number of nodes only.
+constexpr int kMaxIndentDepth = 40;
+
+void Indent(std::string& out, int depth) {
+    if (depth <= kMaxIndentDepth) {
+        out.append(static_cast<size_t>(depth) * 2, ' ');
+        return;
+    }
+    out.append(static_cast<size_t>(kMaxIndentDepth) * 2, ' ');
+    out += '[' + std::to_string(depth) + "] ";
+}
 
 // Walks the tree with an explicit stack: trees may be far deeper than the
 // call stack allows.

@@ -3,6 +3,8 @@
 // user can see how the code is read. Each line names the node's class and
 // its fields (texts in double quotes); operands follow, indented by two
 // blanks. A further argument linked to the one before it is marked ", ".
+// Past 40 levels the indentation stays at 40 levels and each line begins
+// with its depth, as in "[41] AAInteger \"1\"".
 //
 //   rylvane parse '1 + 2 * 3'
 //   AAPlus

@@ -1,6 +1,8 @@
 #include "AgentActionExpressionParser.h"
 
 #include <cctype>
+#include <utility>
+#include <vector>
 
 #include "AAFunctions.h"
 #include "Log.h"
@@ -8,10 +10,36 @@
 const char* const AgentActionExpressionParser::kTooDeepMessage = "expression nested too deeply";
 
 thread_local int StParseNesting::depth = 0;
+thread_local size_t StParseNesting::nestedText = 0;
+thread_local size_t StParseNesting::outermostText = 0;
 
-StParseNesting::StParseNesting() { ++depth; }
-StParseNesting::~StParseNesting() { --depth; }
-bool StParseNesting::TooDeep() const { return depth > AgentActionExpressionParser::kMaxNesting; }
+StParseNesting::StParseNesting(size_t textSize) : size(textSize) {
+    // The outermost parse may hold a text of any size; nested ones may hold
+    // as much again and a fixed amount more between them.
+    if (++depth == 1)
+        outermostText = size;
+    else
+        nestedText += size;
+}
+
+StParseNesting::~StParseNesting() {
+    if (--depth == 0)
+        outermostText = 0;
+    else
+        nestedText -= size;
+}
+
+bool StParseNesting::TooDeep() const {
+    return depth > AgentActionExpressionParser::kMaxNesting || nestedText > kMaxNestedText + outermostText;
+}
+
+namespace {
+
+// Expression parses under way on this thread; the outermost one checks the
+// depth of the tree it answers.
+thread_local int expressionParses = 0;
+
+}  // namespace
 
 AgentActionExpressionParser::AgentActionExpressionParser(const std::string& text, bool isCaseSensitive)
     : Parser(text), caseSensitive(isCaseSensitive) {
@@ -22,18 +50,54 @@ AgentActionExpressionParser::AgentActionExpressionParser(std::istream& stream, b
     : Parser(stream), caseSensitive(isCaseSensitive) {}
 
 AAValuePtr AgentActionExpressionParser::Parse(const std::string& text, bool caseSensitive, std::string* error) {
-    StParseNesting nesting;
+    StParseNesting nesting(text.size());
     if (nesting.TooDeep()) {
-        LogFormat("Action code nested more than %d levels deep", kMaxNesting);
+        LogFormat("Action code nested too deeply (more than %d levels or %zu bytes)", kMaxNesting,
+                  StParseNesting::kMaxNestedText);
         if (error)
             *error = kTooDeepMessage;
         return ExpressionElement::Invalid(std::string("syntax error: ") + kTooDeepMessage);
     }
     AgentActionExpressionParser parser(text, caseSensitive);
+    ++expressionParses;
     AAValuePtr tree = parser.Parse();
+    bool outermost = --expressionParses == 0;
     if (error)
         *error = parser.GetError();
+    if (outermost && TreeDepth(tree.get(), kMaxTreeDepth) > kMaxTreeDepth) {
+        LogFormat("Action code makes a tree more than %d levels deep", kMaxTreeDepth);
+        if (error)
+            *error = kTooDeepMessage;
+        return ExpressionElement::Invalid(std::string("syntax error: ") + kTooDeepMessage);
+    }
     return tree;
+}
+
+int AgentActionExpressionParser::TreeDepth(const AAValue* root, int limit) {
+    if (!root)
+        return 0;
+    std::vector<std::pair<const AAValue*, int>> stack{{root, 1}};
+    AAValueParts parts;
+    int deepest = 0;
+    while (!stack.empty()) {
+        auto [node, depth] = stack.back();
+        stack.pop_back();
+        if (depth > deepest) {
+            deepest = depth;
+            if (deepest > limit)
+                break;
+        }
+        if (const AAValue* next = node->GetNextArgument())
+            stack.emplace_back(next, depth);
+        parts.fields.clear();
+        parts.operands.clear();
+        node->Describe(parts);
+        for (const AAValue* operand : parts.operands) {
+            if (operand)
+                stack.emplace_back(operand, depth + 1);
+        }
+    }
+    return deepest;
 }
 
 AAValuePtr AgentActionExpressionParser::Parse() {
@@ -68,7 +132,7 @@ AAValuePtr AgentActionExpressionParser::ParseSegment(bool& commaFollows) {
     if (!tree)
         tree = Create(first);
 
-    while (good()) {
+    while (good() && !tooDeep) {
         SkipWhiteSpace();
         ExpressionToken next(Token());
         if (next.empty())
@@ -122,8 +186,19 @@ AAValuePtr AgentActionExpressionParser::Create(const ExpressionToken& token) {
         return ExpressionElement::Invalid("syntax error: " + GetError());
     if (token.empty())
         return ExpressionElement::Invalid("syntax error");
-    if (token.CanBeParsed())
+    if (token.CanBeParsed()) {
+        // An operand may read further operands from this stream (`- - 1`)
+        // or parse texts of its own; each level counts.
+        StParseNesting nesting(token.AsString().size());
+        if (nesting.TooDeep()) {
+            LogFormat("Action code nested too deeply (more than %d levels or %zu bytes)", kMaxNesting,
+                      StParseNesting::kMaxNestedText);
+            tooDeep = true;
+            Error(kTooDeepMessage);
+            return ExpressionElement::Invalid(std::string("syntax error: ") + kTooDeepMessage);
+        }
         return token.Parse(*this);
+    }
     if (token.IsNumber())
         return std::make_unique<AAInteger>(token.AsString());
     if (token.IsBoolean())

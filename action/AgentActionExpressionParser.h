@@ -11,6 +11,7 @@
 // A syntax problem never throws. It is recorded as the parser's error (the
 // last one wins); operands made after that are AAInvalid "syntax error: ..."
 // while the tree built so far stays.
+#include <cstddef>
 #include <istream>
 #include <string>
 
@@ -49,9 +50,21 @@ public:
     // existing action code has been written around that.
     static void SkipComment(Parser& parser);
 
-    // How deep parses may nest before the parser gives up.
+    // How deep parses may nest before the parser gives up. Every recursive
+    // step counts: nested parses of a text, and operands that read further
+    // operands from the same stream (`- - 1`, `!!x`).
     static constexpr int kMaxNesting = 100;
+    // How deep a finished tree may be. Long runs of operators build deep
+    // trees without nesting (`1+1+...` is left-deep); the outermost parse
+    // answers AAInvalid for a tree deeper than this, so that code which
+    // walks trees recursively stays within the stack.
+    static constexpr int kMaxTreeDepth = 1000;
     static const char* const kTooDeepMessage;
+
+    // The depth of a tree: 1 for a leaf. Arguments chained behind a node
+    // stand at its depth. Counting stops past `limit`, which keeps the walk
+    // short for a huge tree.
+    static int TreeDepth(const AAValue* root, int limit);
 
 private:
     // One expression up to the end of the stream or up to a "," that links
@@ -60,18 +73,31 @@ private:
     void Compose(AAValuePtr& tree, AAValuePtr value);
 
     bool caseSensitive;
+    // Set when an operand was nested too deeply; the parser then reads no
+    // further.
+    bool tooDeep = false;
 };
 
 // Counts nested parses on the current thread, so that deeply nested text
-// ends with an error instead of a stack overflow.
+// ends with an error instead of a stack overflow. Each nested parse also
+// counts the size of the text it holds: every level keeps copies of the
+// rest of the text, so a huge text nested deeply would otherwise cost its
+// size many times over.
 class StParseNesting {
 public:
-    StParseNesting();
+    explicit StParseNesting(size_t textSize = 0);
     ~StParseNesting();
     StParseNesting(const StParseNesting&) = delete;
     StParseNesting& operator=(const StParseNesting&) = delete;
+    // Nested more than kMaxNesting levels, or the nested parses hold more
+    // text between them than the outermost one and kMaxNestedText bytes.
     bool TooDeep() const;
 
+    static constexpr size_t kMaxNestedText = size_t(16) << 20;
+
 private:
+    size_t size;
     static thread_local int depth;
+    static thread_local size_t nestedText;
+    static thread_local size_t outermostText;
 };

@@ -16,6 +16,16 @@ AAValuePtr ParseText(const std::string& text, bool caseSensitive) {
     return AgentActionExpressionParser::Parse(text, caseSensitive);
 }
 
+// Reads "(...)" from the parser's stream and answers the text between the
+// parentheses; an unclosed parenthesis becomes the parser's error.
+std::string ParenthesizedText(AgentActionExpressionParser& parser) {
+    ParenParser paren(parser.Stream());
+    std::string text = paren.Token();
+    if (!paren.OK())
+        parser.Error(paren.GetError());
+    return text;
+}
+
 // ---------------------------------------------------------------------------
 // Operands
 
@@ -236,27 +246,27 @@ public:
     }
 };
 
-// "!" and "~". A following `.name(args)` is read along with the operand, so
-// that `!$A.contains(x)` negates the whole test.
+// "!" and "~". A dot operator directly behind the operand is read along
+// with it, so that `!$A.contains(x)` negates the whole test. The dot
+// operator reads its argument as it would anywhere else, and takes the
+// operand as its receiver.
 class NotFunction : public UnaryFunction {
 public:
     using UnaryFunction::UnaryFunction;
     std::unique_ptr<ExpressionElement> Clone() const override { return std::make_unique<NotFunction>(*this); }
     AAValuePtr Parse(AgentActionExpressionParser& parser) override {
-        std::string operandText = parser.Token();
-        AAValuePtr operand;
-        if (parser.NextCharIs('.')) {
-            operandText += parser.Token();
-            if (parser.NextCharIs('('))
-                operandText += parser.Token();
-            operand = ParseText(operandText, parser.CaseSensitive());
-        } else {
-            // A lone operand reads its own arguments, such as the
-            // designator of `!inside(/Projects)`.
-            operand = parser.Create(operandText);
-        }
+        // The operand reads its own arguments, such as the designator of
+        // `!inside(/Projects)`.
+        AAValuePtr operand = parser.Create(parser.Token());
         if (!operand)
             return StringConstant(text);
+        if (parser.NextCharIs('.')) {
+            ExpressionToken dot(parser.Token());
+            if (AAValuePtr applied = dot.Parse2(parser, operand.get())) {
+                applied->SetLeft(std::move(operand));
+                operand = std::move(applied);
+            }
+        }
         return std::make_unique<AANot>(std::move(operand));
     }
 };
@@ -303,10 +313,7 @@ public:
     using UnaryFunction::UnaryFunction;
     std::unique_ptr<ExpressionElement> Clone() const override { return std::make_unique<FindFunction>(*this); }
     AAValuePtr Parse(AgentActionExpressionParser& parser) override {
-        ParenParser paren(parser.Stream());
-        std::string condition = paren.Token();
-        if (!paren.OK())
-            parser.Error(paren.GetError());
+        std::string condition = ParenthesizedText(parser);
         std::vector<AAValuePtr> items;
         items.push_back(ParseText("all", parser.CaseSensitive()));
         items.push_back(ParseText(condition, parser.CaseSensitive()));
@@ -381,12 +388,8 @@ public:
     std::unique_ptr<ExpressionElement> Clone() const override { return std::make_unique<LinksFunction>(*this); }
     AAValuePtr Parse(AgentActionExpressionParser& parser) override {
         std::string designator = "this";
-        if (parser.NextCharIs('(')) {
-            ParenParser paren(parser.Stream());
-            designator = paren.Token();
-            if (!paren.OK())
-                parser.Error(paren.GetError());
-        }
+        if (parser.NextCharIs('('))
+            designator = ParenthesizedText(parser);
         if (!parser.NextCharIs('.'))
             return Invalid("links: syntax error");
         char dot;
@@ -545,11 +548,7 @@ AAValuePtr ExpressionElement::StringConstant(const std::string& text) {
 std::vector<std::string> UnaryFunction::GetArguments(AgentActionExpressionParser& parser) {
     if (!parser.NextCharIs('('))
         return {};
-    ParenParser paren(parser.Stream());
-    std::string text = paren.Token();
-    if (!paren.OK())
-        parser.Error(paren.GetError());
-    return ArgList(text, ',', false).GetList();
+    return ArgList(ParenthesizedText(parser), ',', false).GetList();
 }
 
 AAValuePtr UnaryFunction::SingleArgument(AgentActionExpressionParser& parser) {
@@ -559,23 +558,17 @@ AAValuePtr UnaryFunction::SingleArgument(AgentActionExpressionParser& parser) {
     return ParseText(items[0], parser.CaseSensitive());
 }
 
-AAValuePtr UnaryFunction::StringArgument(AgentActionExpressionParser& parser) {
+AAValuePtr UnaryFunction::PathArgument(AgentActionExpressionParser& parser) {
     std::vector<std::string> items = GetArguments(parser);
     if (items.empty())
         return ParseText("", parser.CaseSensitive());
     return StringConstant(items[0]);
 }
 
-AAValuePtr UnaryFunction::PathArgument(AgentActionExpressionParser& parser) { return StringArgument(parser); }
-
 AAValuePtr UnaryFunction::LiteralArguments(AgentActionExpressionParser& parser) {
     if (!parser.NextCharIs('('))
         return StringConstant("");
-    ParenParser paren(parser.Stream());
-    std::string text = paren.Token();
-    if (!paren.OK())
-        parser.Error(paren.GetError());
-    return StringConstant(text);
+    return StringConstant(ParenthesizedText(parser));
 }
 
 AAValuePtr UnaryFunction::Arguments(AgentActionExpressionParser& parser) {
@@ -598,10 +591,6 @@ AAValuePtr UnaryFunction::DesignatorAndArguments(AgentActionExpressionParser& pa
     for (size_t i = 1; i < items.size(); ++i)
         chain.push_back(ParseText(items[i], parser.CaseSensitive()));
     return ChainArguments(std::move(chain));
-}
-
-std::vector<std::string> UnaryFunction::ListOfArguments(AgentActionExpressionParser& parser) {
-    return GetArguments(parser);
 }
 
 AAValuePtr ChainArguments(std::vector<AAValuePtr> items) {

@@ -60,7 +60,6 @@ public:
     static AAValuePtr SingleArgument(AgentActionExpressionParser& parser);
     // The first argument as a text constant, not evaluated; the empty
     // expression when there is none.
-    static AAValuePtr StringArgument(AgentActionExpressionParser& parser);
     static AAValuePtr PathArgument(AgentActionExpressionParser& parser);
     // The whole text in parentheses as one text constant.
     static AAValuePtr LiteralArguments(AgentActionExpressionParser& parser);
@@ -73,7 +72,6 @@ public:
     // all chained. Null when there are fewer than `minimum` items.
     static AAValuePtr DesignatorAndArguments(AgentActionExpressionParser& parser,
                                              const std::vector<std::string>& items, size_t minimum = 2);
-    static std::vector<std::string> ListOfArguments(AgentActionExpressionParser& parser);
 
     using ExpressionElement::ExpressionElement;
 };

@@ -2,11 +2,13 @@
 // priority, and the shape of the trees, compared as dumps.
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
 
 #include "AAFunctions.h"
 #include "ActionTreeDump.h"
 #include "AgentActionExpressionParser.h"
+#include "ElementTables.h"
 #include "ExpressionToken.h"
 
 namespace {
@@ -196,6 +198,49 @@ TEST(ExpressionParser, DotOperatorsComposeLikeBinaryOperators) {
               "AACompositeName \"1\"\n"
               "  AACompositeFor\n"
               "    AAStringValue \"\\\"Pair\\\"\"\n");
+}
+
+TEST(ExpressionParser, DotOperatorsKeepTheirReceiverAndArgument) {
+    EXPECT_EQ(Dump("$Text.speak(\"Alex\")"),
+              "AASpeak\n"
+              "  AAAttributeValue \"Text\"\n"
+              "  AAParenthetical\n"
+              "    AAQuotedStringValue \"Alex\"\n"
+              "  , AADefaultValue\n");
+    EXPECT_EQ(Dump("$Text.speak($Voice)(\"fast\")"),
+              "AASpeak\n"
+              "  AAAttributeValue \"Text\"\n"
+              "  AAParenthetical\n"
+              "    AAAttributeValue \"Voice\"\n"
+              "  , AAQuotedStringValue \"fast\"\n");
+    // The function form has no receiver.
+    EXPECT_EQ(Dump("speak(\"hi\")"),
+              "AASpeak\n"
+              "  (none)\n"
+              "  AAQuotedStringValue \"hi\"\n");
+    // Behind "!" a dot operator reads its arguments as it does elsewhere.
+    EXPECT_EQ(Dump("!$Text.speak($Voice)(\"fast\")"),
+              "AANot\n"
+              "  AASpeak\n"
+              "    AAAttributeValue \"Text\"\n"
+              "    AAParenthetical\n"
+              "      AAAttributeValue \"Voice\"\n"
+              "    , AAQuotedStringValue \"fast\"\n");
+
+    // Whatever its form and wherever it stands, a dot operator keeps its
+    // receiver, and one that reads an argument keeps that too.
+    const std::string receiver = "AAAttributeValue \"Receiver\"";
+    const std::string argument = "AAAttributeValue \"Argument\"";
+    for (const DotOperatorEntry& entry : DotOperatorTable()) {
+        std::string call = std::string("$Receiver.") + entry.name + "($Argument)";
+        for (const std::string& code : {call, "1 + " + call, "!" + call, "2 * 3 = " + call}) {
+            std::string dump = Dump(code);
+            EXPECT_NE(dump.find(receiver), std::string::npos) << code << "\n" << dump;
+            if (entry.form != DotForm::NoArgument) {
+                EXPECT_NE(dump.find(argument), std::string::npos) << code << "\n" << dump;
+            }
+        }
+    }
 }
 
 TEST(ExpressionParser, PrefixOperators) {
@@ -432,16 +477,103 @@ TEST(ExpressionParser, HostileInputStaysBounded) {
         list += ",1";
     }
     list += ")";
-    AAValuePtr tree = AgentActionExpressionParser::Parse(sum, true);
-    int depth = 0;
-    for (AAValue* node = tree.get(); node; node = node->Left())
-        ++depth;
-    EXPECT_EQ(depth, size + 1);
-    tree.reset();
+    // A long run of operators makes a left-deep tree; past the limit the
+    // whole expression is refused.
+    std::string error;
+    AAValuePtr tree = AgentActionExpressionParser::Parse(sum, true, &error);
+    EXPECT_EQ(ActionTreeDump::Expression(tree.get()), "AAInvalid \"syntax error: expression nested too deeply\"\n");
+    EXPECT_EQ(error, "expression nested too deeply");
 
     AAValuePtr call = AgentActionExpressionParser::Parse(list, true);
     int count = 0;
     for (AAValue* node = call->GetArgument(); node; node = node->GetNextArgument())
         ++count;
     EXPECT_EQ(count, size + 1);
+}
+
+TEST(ExpressionParser, TreesAreNoDeeperThanTheLimit) {
+    const int limit = AgentActionExpressionParser::kMaxTreeDepth;
+    auto sum = [](int terms) {
+        std::string code = "1";
+        for (int i = 1; i < terms; ++i)
+            code += "+1";
+        return code;
+    };
+    // `limit` terms make a tree of `limit` levels: the operators and the
+    // first term below the deepest one.
+    AAValuePtr tree = AgentActionExpressionParser::Parse(sum(limit), true);
+    EXPECT_EQ(AgentActionExpressionParser::TreeDepth(tree.get(), INT_MAX), limit);
+    EXPECT_STREQ(tree->ClassName(), "AAPlus");
+    tree = AgentActionExpressionParser::Parse(sum(limit + 1), true);
+    EXPECT_STREQ(tree->ClassName(), "AAInvalid");
+
+    // Nested texts add to the depth of the tree they sit in.
+    tree = AgentActionExpressionParser::Parse("(" + sum(limit) + ")", true);
+    EXPECT_STREQ(tree->ClassName(), "AAInvalid");
+    // Chained arguments stand side by side and do not count.
+    std::string list = "list(1";
+    for (int i = 0; i < 5000; ++i)
+        list += ",1";
+    tree = AgentActionExpressionParser::Parse(list + ")", true);
+    EXPECT_EQ(AgentActionExpressionParser::TreeDepth(tree.get(), INT_MAX), 2);
+
+    // Dot operators in a row and a million terms end as quickly.
+    std::string dots = "$A";
+    for (int i = 0; i < limit; ++i)
+        dots += ".size";
+    EXPECT_STREQ(AgentActionExpressionParser::Parse(dots, true)->ClassName(), "AAInvalid");
+    EXPECT_STREQ(AgentActionExpressionParser::Parse(sum(1000000), true)->ClassName(), "AAInvalid");
+}
+
+TEST(ExpressionParser, DeepNestingOfEveryKindEnds) {
+    const int levels = 1000000;
+    const std::string tooDeep = "AAInvalid \"syntax error: expression nested too deeply\"";
+    auto repeat = [](const std::string& text, int count) {
+        std::string out;
+        out.reserve(text.size() * count);
+        for (int i = 0; i < count; ++i)
+            out += text;
+        return out;
+    };
+    const std::pair<std::string, std::string> cases[] = {
+        {"negation", repeat("-", levels) + "1"},
+        {"not", repeat("!", levels) + "1"},
+        {"tilde", repeat("~", levels) + "1"},
+        {"mixed prefixes", repeat("-!", levels / 2) + "1"},
+        {"backticks", repeat("`", levels) + "ls"},
+        {"parentheses", repeat("(", levels) + "1" + repeat(")", levels)},
+        {"brackets", repeat("$A[", levels) + "1" + repeat("]", levels)},
+        {"arguments", repeat("sqrt(", levels) + "1" + repeat(")", levels)},
+        {"argument lists", repeat("list(1,", levels) + "1" + repeat(")", levels)},
+        {"dot arguments", repeat("$A.replace(", levels) + "1" + repeat(")", levels)},
+    };
+    for (const auto& [kind, code] : cases) {
+        std::string error;
+        AAValuePtr tree = AgentActionExpressionParser::Parse(code, true, &error);
+        std::string dump = ActionTreeDump::Expression(tree.get());
+        EXPECT_NE(dump.find(tooDeep), std::string::npos) << kind;
+        EXPECT_LT(dump.size(), 100000u) << kind;
+    }
+}
+
+TEST(ExpressionParser, DumpsOfDeepTreesGrowLinearly) {
+    // Lines deeper than 40 levels keep the indentation of level 40 and
+    // show their depth.
+    AAValuePtr tree = std::make_unique<AAInteger>("1");
+    for (int i = 0; i < 42; ++i)
+        tree = std::make_unique<AANegate>(std::move(tree));
+    std::string dump = ActionTreeDump::Expression(tree.get());
+    const std::string margin(80, ' ');
+    EXPECT_NE(dump.find("\n" + margin + "AANegate\n" + margin + "[41] AANegate\n" + margin + "[42] AAInteger \"1\"\n"),
+              std::string::npos)
+        << dump;
+    EXPECT_EQ(dump.substr(0, 20), "AANegate\n  AANegate\n");
+
+    const int depth = 5000;
+    tree = std::make_unique<AAInteger>("1");
+    for (int i = 0; i < depth; ++i)
+        tree = std::make_unique<AAPlus>(std::move(tree), std::make_unique<AAInteger>("2"));
+    dump = ActionTreeDump::Expression(tree.get());
+    EXPECT_LT(dump.size(), static_cast<size_t>(2 * depth + 1) * 110);
+    EXPECT_NE(dump.find(margin + "[5000] AAInteger \"1\"\n"), std::string::npos);
 }

@@ -181,6 +181,42 @@ TEST(StatementParser, DeepNestingEndsWithoutOverflow) {
     EXPECT_LE(depth, AgentActionExpressionParser::kMaxNesting);
 }
 
+TEST(StatementParser, MillionFoldNestingEnds) {
+    const int levels = 1000000;
+    for (const std::string open : {"if(1){", "$L.each(x){", "$A=-", "var a = !"}) {
+        std::string code;
+        code.reserve((open.size() + 1) * levels + 8);
+        for (int i = 0; i < levels; ++i)
+            code += open;
+        code += "1";
+        if (open.back() == '{')
+            code += std::string(levels, '}');
+        std::unique_ptr<Action> action = Action::Create(code);
+        // The bodies stop at the nesting limit, where the statement is
+        // dropped; an expression nested too deeply is refused.
+        if (open.back() != '{') {
+            std::string dump = ActionTreeDump::Statements(*action);
+            EXPECT_LT(dump.size(), 100000u) << open;
+            EXPECT_NE(dump.find("expression nested too deeply"), std::string::npos) << open;
+        }
+        int depth = 0;
+        const Action* current = action.get();
+        while (auto* agentAction = dynamic_cast<const AgentAction*>(current)) {
+            if (agentAction->Tokens().empty())
+                break;
+            const AAToken& token = agentAction->Tokens().at(0);
+            if (auto* ifToken = dynamic_cast<const AAIf*>(&token))
+                current = &ifToken->Then();
+            else if (auto* each = dynamic_cast<const AAEach*>(&token))
+                current = &each->Body();
+            else
+                break;
+            ++depth;
+        }
+        EXPECT_LE(depth, AgentActionExpressionParser::kMaxNesting) << open;
+    }
+}
+
 TEST(StatementParser, ActionsAreCounted) {
     long before = AgentAction::Count();
     {
