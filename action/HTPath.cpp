@@ -1,12 +1,11 @@
 #include "HTPath.h"
 
-#include "Action.h"
-
 #include <cstdlib>
 #include <random>
 #include <unordered_map>
 #include <unordered_set>
 
+#include "Action.h"
 #include "ArgList.h"
 #include "MatchList.h"
 #include "Node.h"

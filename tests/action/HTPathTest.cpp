@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "../core/TestDocument.h"
+#include "Action.h"
 #include "HTPath.h"
 #include "Link.h"
 #include "MatchList.h"
@@ -342,4 +343,22 @@ TEST(HTPath, ExpressionsAreNamesFirstThenComputed) {
     EXPECT_EQ(loop.Get(o.spark, o.matches), nullptr);
     EXPECT_GT(loop.asked.size(), 10u);
     EXPECT_LT(loop.asked.size(), 200u);
+}
+
+TEST(HTPath, ActionCodeInDesignatorsIsComputedOnTheBase) {
+    Outline o;
+    // Computed text is a designator of its own, from the base.
+    o.projects->Set("Subtitle", "/Notes/a;/Notes/b");
+    o.spark->Set("Subtitle", "parent");
+    EXPECT_EQ(o.All(o.projects, "$Subtitle"), (V{"a", "b"}));
+    EXPECT_EQ(o.Get(o.projects, "$Subtitle"), nullptr);  // one name, which no note has
+    EXPECT_EQ(o.Get(o.spark, "$Subtitle"), o.ideas);
+    // Read from Spark, but "parent" then names the parent of the base.
+    EXPECT_EQ(o.Get(o.archive, "$Subtitle(/Projects/Ideas/Spark)"), o.doc.Root());
+    // Attribute references read through designators.
+    EXPECT_EQ(Action::EvaluateAction(o.archive, "$Name(\"a;b\")").AsString(), "a;b");
+    EXPECT_EQ(Action::EvaluateAction(o.archive, "$Name(child[-1](/Projects))").AsString(), "Tasks");
+    EXPECT_EQ(Action::EvaluateAction(o.doc.Root(), "$Name(parent)").AsString(), "");
+    EXPECT_EQ(Action::EvaluateAction(o.tasks, "$Name(\"parent\")").AsString(), "parent");
+    EXPECT_EQ(Action::EvaluateAction(o.tasks, "$Name(parent)").AsString(), "Projects");
 }
