@@ -8,7 +8,9 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include "Attribute.h"
 #include "Hypertext.h"
+#include "Props.h"
 #include "LynxUpdater.h"
 #include "Node.h"
 #include "NodeFacade.h"
@@ -290,17 +292,21 @@ std::vector<LynxRecord> Lynx::MostSimilarTo(Node* node, size_t count, bool expor
         present[e.first] = 1;
     }
     const Node* original = node->GetOriginal();
-    std::vector<LynxDictionary::Entry> theirs;
+    const Attribute* separator = hypertext->AttributeStorage()->Find("Separator");
+    // What the factors need of the note itself, worked out once.
+    long own = NoteSize() >= 0 ? NoteSize() : NodeText(node).TextSize() + static_cast<long>(node->Name().size());
+    double p = static_cast<double>(own + 50);
+    std::unique_lock<std::mutex> held = updater->Hold();
     for (Node* candidate = hypertext->Root()->Next(); candidate; candidate = candidate->Next()) {
         if (candidate == node || candidate == original || candidate->IsAlias() || candidate->IsAdornment())
             continue;
-        const Lynx* lynx = updater->GetLynx(candidate);
+        const Lynx* lynx = updater->GetLynxHeld(candidate);
         if (!lynx)
             continue;
         double sum = 0.0;
-        size_t size = 0;
+        size_t words = 0;
         lynx->dictionary.Sync([&] {
-            size = lynx->dictionary.entries.size();
+            words = lynx->dictionary.entries.size();
             for (const auto& e : lynx->dictionary.entries) {
                 if (e.first > top)
                     break;
@@ -308,20 +314,26 @@ std::vector<LynxRecord> Lynx::MostSimilarTo(Node* node, size_t count, bool expor
                     sum += weight[e.first];
             }
         });
-        if (size == 0)
+        if (words == 0)
             continue;
-        double similarity = sum / static_cast<double>(size);
+        double similarity = sum / static_cast<double>(words);
         // The factors are positive: a score that cannot reach the threshold
         // needs no more work.
         if (similarity <= 0.0)
             continue;
-        if (candidate->GetBoolean("Separator") || (exportableOnly && !IsExportable(candidate)))
+        if ((separator && candidate->GetBoolean(separator)) || (exportableOnly && !IsExportable(candidate)))
             continue;
-        double score = similarity * TextLengthFactor(node, candidate) * PrototypeFactor(node, candidate);
+        long size = lynx->NoteSize();
+        if (size < 0)
+            size = NodeText(candidate).TextSize() + static_cast<long>(candidate->Name().size());
+        double q = static_cast<double>(size + 50);
+        double lengthFactor = p * q / ((p + q) * std::sqrt(p * p + q * q));
+        double score = similarity * lengthFactor * PrototypeFactor(node, candidate);
         if (score < 0.001)
             continue;
         found.push_back({candidate, score});
     }
+    held.unlock();
     size_t keep = std::min(count, found.size());
     std::partial_sort(found.begin(), found.begin() + static_cast<long>(keep), found.end(),
                       [](const LynxRecord& a, const LynxRecord& b) { return b < a; });

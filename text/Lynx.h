@@ -94,6 +94,10 @@ public:
     int MinimumLength() const { return minimumLength; }
     // Waits until the queued merges are done.
     void Wait() const;
+    // The note's text size plus the length of its name when it was indexed
+    // (what TextLengthFactor weighs), or -1 when not known.
+    long NoteSize() const { return noteSize.load(); }
+    void NoteSize(long size) { noteSize.store(size); }
 
 private:
     struct MergeState;
@@ -104,6 +108,7 @@ private:
     LynxDictionary dictionary;
     int minimumLength = kDefaultMinimumLength;
     std::atomic<bool> indexing{true};
+    std::atomic<long> noteSize{-1};
     mutable std::mutex timeLock;
     STime lastIndexed;
     mutable std::shared_ptr<MergeState> merging;

@@ -67,6 +67,11 @@ Lynx* LynxUpdater::GetLynx(const Node* node) const {
     return it == notes.end() ? nullptr : it->second.get();
 }
 
+Lynx* LynxUpdater::GetLynxHeld(const Node* node) const {
+    auto it = notes.find(node->GetID().GetID());
+    return it == notes.end() ? nullptr : it->second.get();
+}
+
 Lynx& LynxUpdater::LynxFor(const Node* node) {
     std::lock_guard<std::mutex> guard(lock);
     auto& slot = notes[node->GetID().GetID()];
@@ -102,7 +107,7 @@ std::string LynxUpdater::IndexText(const Node* node, const std::vector<const Att
     return text;
 }
 
-void LynxUpdater::Store(uint32_t id, const std::string& text) {
+void LynxUpdater::Store(uint32_t id, const std::string& text, long noteSize) {
     Lynx* lynx;
     {
         std::lock_guard<std::mutex> guard(lock);
@@ -112,6 +117,7 @@ void LynxUpdater::Store(uint32_t id, const std::string& text) {
         lynx = slot.get();
     }
     lynx->Scan(text);
+    lynx->NoteSize(noteSize);
     lynx->LastIndexed(STime::Now());
 }
 
@@ -122,20 +128,21 @@ void LynxUpdater::Add(Node* node) {
     // counted on the queue.
     uint32_t id = node->GetID().GetID();
     std::string text = IndexText(node);
+    long size = NoteSize(node);
     {
         std::lock_guard<std::mutex> guard(suspendLock);
         if (suspended) {
-            held.emplace_back(id, std::move(text));
+            held.push_back({id, std::move(text), size});
             return;
         }
     }
-    queue.AddOperation([this, id, text = std::move(text)] { Store(id, text); });
+    queue.AddOperation([this, id, size, text = std::move(text)] { Store(id, text, size); });
 }
 
 void LynxUpdater::IndexNow(Node* node) {
     if (!node || node->IsAlias() || node->Invalid())
         return;
-    Store(node->GetID().GetID(), IndexText(node));
+    Store(node->GetID().GetID(), IndexText(node), NoteSize(node));
 }
 
 void LynxUpdater::IndexAll() {
@@ -144,10 +151,14 @@ void LynxUpdater::IndexAll() {
         if (n->IsAlias() || !Lynx::IsExportable(n))
             return;
         n->NeedsToBeIndexed(false);
-        Store(n->GetID().GetID(), IndexText(n, attributes));
+        Store(n->GetID().GetID(), IndexText(n, attributes), NoteSize(n));
     });
     document->MergeNow(hypertext);
     document->Wait();
+}
+
+long LynxUpdater::NoteSize(const Node* node) {
+    return NodeText(node).TextSize() + static_cast<long>(node->Name().size());
 }
 
 void LynxUpdater::Wait() { queue.WaitUntilAllOperationsAreFinished(); }
@@ -158,14 +169,14 @@ void LynxUpdater::Suspend() {
 }
 
 void LynxUpdater::Resume() {
-    std::vector<std::pair<uint32_t, std::string>> waiting;
+    std::vector<Held> waiting;
     {
         std::lock_guard<std::mutex> guard(suspendLock);
         suspended = false;
         waiting.swap(held);
     }
-    for (auto& [id, text] : waiting)
-        queue.AddOperation([this, id = id, text = std::move(text)] { Store(id, text); });
+    for (Held& h : waiting)
+        queue.AddOperation([this, h = std::move(h)] { Store(h.id, h.text, h.size); });
 }
 
 void LynxUpdater::TextChanged(Node* node) {

@@ -30,6 +30,10 @@ public:
 
     // The note's index, null when it has none yet.
     Lynx* GetLynx(const Node* node) const;
+    // The same with the table of indexes held for a long walk (see Hold).
+    Lynx* GetLynxHeld(const Node* node) const;
+    // Holds the table of indexes: notes are not indexed until it is let go.
+    std::unique_lock<std::mutex> Hold() const { return std::unique_lock<std::mutex>(lock); }
     // The note's index, made empty when it has none.
     Lynx& LynxFor(const Node* node);
     Lynx& DocumentLynx() { return *document; }
@@ -56,7 +60,8 @@ public:
 private:
     std::vector<const Attribute*> IndexedAttributes() const;
     std::string IndexText(const Node* node, const std::vector<const Attribute*>& attributes) const;
-    void Store(uint32_t id, const std::string& text);
+    void Store(uint32_t id, const std::string& text, long noteSize);
+    static long NoteSize(const Node* node);
 
     Hypertext* hypertext;
     std::unique_ptr<Lynx> document;
@@ -65,6 +70,11 @@ private:
     OperationQueue queue;
     std::mutex suspendLock;
     bool suspended = false;
-    // What notes were changed while suspended: their ids and index texts.
-    std::vector<std::pair<uint32_t, std::string>> held;
+    // What notes were changed while suspended: their ids, index texts and sizes.
+    struct Held {
+        uint32_t id;
+        std::string text;
+        long size;
+    };
+    std::vector<Held> held;
 };
