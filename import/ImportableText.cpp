@@ -172,9 +172,9 @@ bool ImportableText::TryOPML(ImportManager& manager) {
     OPMLReader reader(manager, holder);
     if (reader.Read(text))
         return true;
+    manager.Discard(holder);
     if (manager.Failed())
         return true;
-    manager.Discard(holder);
     container = nullptr;
     manager.ReportBadOPML(text, reader.ErrorMessage(), reader.ErrorLine());
     return true;
@@ -210,7 +210,7 @@ bool ImportableText::TryFreemind(ImportManager& manager) {
     if (!holder)
         return true;
     FreemindReader reader(manager, holder);
-    if (!reader.Read(text) && !manager.Failed()) {
+    if (!reader.Read(text)) {
         manager.Discard(holder);
         container = nullptr;
         manager.Fail(reader.ErrorMessage(), reader.ErrorLine());
