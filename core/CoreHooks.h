@@ -26,6 +26,8 @@ struct CoreHooks {
     std::function<void(Node* note, const std::string& oldName)> renameTextLinks;
     // The note's URL.
     std::function<std::string(const Node* note)> noteURL;
+    // A note's text or name changed: the similarity index reindexes it.
+    std::function<void(Node* note)> textChanged;
 };
 
 CoreHooks& GetCoreHooks();

@@ -344,6 +344,8 @@ void Node::SetName(const std::string& newName) {
         if (const Attribute* attr = NameAttribute())
             original->Set(attr, Value::Create(newName));
         Changed(1);
+        if (auto& textChanged = GetCoreHooks().textChanged)
+            textChanged(original);
     }
 }
 

@@ -416,6 +416,8 @@ void NodeText::SetText(const std::string& text) const {
         return;
     GetContent()->SetText(text);
     node->Changed(4);
+    if (auto& textChanged = GetCoreHooks().textChanged)
+        textChanged(node);
 }
 
 bool NodeText::HasText() const {

@@ -1,0 +1,6 @@
+// Any bytes read as vCards. See ImportFuzz.h for what is checked.
+#include "ImportFuzz.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    return FuzzImport(data, size, ImportableText::Kind::VCard);
+}

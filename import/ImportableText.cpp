@@ -1,0 +1,225 @@
+#include "ImportableText.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "FreemindReader.h"
+#include "ImportManager.h"
+#include "Node.h"
+#include "OPMLReader.h"
+#include "RISReader.h"
+#include "Spreadsheet.h"
+#include "TabbedTextReader.h"
+#include "TaskpaperReader.h"
+#include "VCard.h"
+
+namespace {
+
+bool IsBlank(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return std::isspace(static_cast<unsigned char>(c)); });
+}
+
+} // namespace
+
+bool ImportableText::HasCommaBeforeTab(std::string_view line) {
+    size_t comma = line.find(','), tab = line.find('\t');
+    return comma != std::string_view::npos && (tab == std::string_view::npos || comma < tab);
+}
+
+bool ImportableText::KindNamed(const std::string& name, Kind& k) {
+    static const std::pair<const char*, Kind> names[] = {
+        {"opml", Kind::OPML},         {"freemind", Kind::Freemind}, {"mm", Kind::Freemind},
+        {"csv", Kind::CSV},           {"tsv", Kind::TSV},           {"outline", Kind::Outline},
+        {"taskpaper", Kind::TaskPaper}, {"vcard", Kind::VCard},     {"vcf", Kind::VCard},
+        {"ris", Kind::RIS},           {"text", Kind::Plain},        {"txt", Kind::Plain},
+    };
+    std::string lower = name;
+    for (char& c : lower)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (const auto& [n, value] : names)
+        if (lower == n) {
+            k = value;
+            return true;
+        }
+    return false;
+}
+
+ImportableText::Kind ImportableText::Recognize(std::string_view text, const std::string& extension) {
+    std::string ext = extension;
+    for (char& c : ext)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (RISReader::CanRead(text) && !RISReader::Parse(text).empty())
+        return Kind::RIS;
+    if (ext == "csv" || ext == "tsv" || Spreadsheet::LooksLikeTable(text))
+        return Kind::Spreadsheet;
+    if (VCard::IsValid(text))
+        return Kind::VCard;
+    if (extension == "opml" || extension == "OPML" || OPMLReader::IsOPML(text))
+        return Kind::OPML;
+    if (ext != "html" && ext != "htm" &&
+        (TabbedTextReader('\n').CanRead(text) || TabbedTextReader('\r').CanRead(text)))
+        return Kind::Outline;
+    return Kind::Plain;
+}
+
+std::string ImportableText::LowerExtension() const {
+    std::string ext = Extension();
+    for (char& c : ext)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return ext;
+}
+
+Node* ImportableText::MakeContainer(ImportManager& manager, const std::string& otherwise) {
+    Node* made = manager.MakeNote(otherwise, target, nullptr);
+    container = made;
+    return made;
+}
+
+bool ImportableText::ImportSelf(ImportManager& manager) {
+    if (IsBlank(text)) {
+        manager.Fail("nothing to import: the text is empty");
+        return false;
+    }
+    auto refuse = [&](const char* what) {
+        manager.Fail(std::string("the text is not ") + what);
+        return false;
+    };
+    switch (kind) {
+    case Kind::RIS:
+        return TryRIS(manager) ? !manager.Failed() : refuse("RIS (no record ends with \"ER  -\")");
+    case Kind::Spreadsheet:
+    case Kind::CSV:
+    case Kind::TSV:
+        return TrySpreadsheet(manager) && !manager.Failed();
+    case Kind::VCard:
+        return TryVCard(manager) ? !manager.Failed() : refuse("a vCard (no card with a name)");
+    case Kind::OPML:
+        TryOPML(manager);
+        return !manager.Failed();
+    case Kind::Outline:
+        return TryTabbedText(manager) ? !manager.Failed()
+                                      : refuse("a tab-indented outline (too short, or a line jumps two levels)");
+    case Kind::TaskPaper:
+        return TryTaskPaper(manager) && !manager.Failed();
+    case Kind::Freemind:
+        return TryFreemind(manager) && !manager.Failed();
+    case Kind::Plain:
+        return ImportPlain(manager);
+    case Kind::Any:
+        break;
+    }
+    if (TryRIS(manager) || TrySpreadsheet(manager) || TryVCard(manager) || TryOPML(manager) ||
+        TryTabbedText(manager))
+        return !manager.Failed();
+    return ImportPlain(manager);
+}
+
+bool ImportableText::TryRIS(ImportManager& manager) {
+    if (!RISReader::CanRead(text))
+        return false;
+    std::vector<RISReader::Record> records = RISReader::Parse(text);
+    if (records.empty())
+        return false;
+    RISReader::Import(records, manager, target);
+    return true;
+}
+
+bool ImportableText::TrySpreadsheet(ImportManager& manager) {
+    std::string ext = LowerExtension();
+    bool byName = ext == "csv" || ext == "tsv" || kind == Kind::CSV || kind == Kind::TSV || kind == Kind::Spreadsheet;
+    if (!byName && !Spreadsheet::LooksLikeTable(text))
+        return false;
+    char delimiter = (kind == Kind::CSV || (kind != Kind::TSV && ext == "csv")) ? ','
+                     : (kind == Kind::TSV || ext == "tsv")                     ? '\t'
+                                                                                : 0;
+    Spreadsheet sheet(text, delimiter);
+    if (long line = sheet.UnterminatedQuoteLine()) {
+        manager.Fail("a quoted field is not closed", line);
+        return true;
+    }
+    if (sheet.Lines().empty()) {
+        manager.Fail("nothing to import: the table is empty");
+        return true;
+    }
+    Node* holder = MakeContainer(manager, "imported spreadsheet");
+    if (holder)
+        sheet.Import(manager, holder);
+    return true;
+}
+
+bool ImportableText::TryVCard(ImportManager& manager) {
+    std::vector<VCard> cards = VCard::AllIn(text);
+    if (cards.empty())
+        return false;
+    Node* last = nullptr;
+    for (const VCard& card : cards) {
+        Node* note = manager.MakeNote(card.FullName(), target, last);
+        if (!note)
+            break;
+        card.For(note);
+        last = note;
+    }
+    return true;
+}
+
+bool ImportableText::TryOPML(ImportManager& manager) {
+    bool byName = kind == Kind::OPML || Extension() == "opml" || Extension() == "OPML";
+    if (!byName && !OPMLReader::IsOPML(text))
+        return false;
+    Node* holder = MakeContainer(manager, file.empty() ? "imported outline" : Stem());
+    if (!holder)
+        return true;
+    OPMLReader reader(manager, holder);
+    if (reader.Read(text))
+        return true;
+    manager.Discard(holder);
+    if (manager.Failed())
+        return true;
+    container = nullptr;
+    manager.ReportBadOPML(text, reader.ErrorMessage(), reader.ErrorLine());
+    return true;
+}
+
+bool ImportableText::TryTabbedText(ImportManager& manager) {
+    std::string ext = LowerExtension();
+    if (kind == Kind::Any && (ext == "html" || ext == "htm"))
+        return false;
+    char lineEnd = 0;
+    if (TabbedTextReader('\n').CanRead(text))
+        lineEnd = '\n';
+    else if (TabbedTextReader('\r').CanRead(text))
+        lineEnd = '\r';
+    if (!lineEnd)
+        return false;
+    Node* holder = MakeContainer(manager, "imported outline");
+    if (holder)
+        TabbedTextReader(lineEnd).Parse(text, manager, holder);
+    return true;
+}
+
+bool ImportableText::TryTaskPaper(ImportManager& manager) {
+    Node* holder = MakeContainer(manager, file.empty() ? "imported TaskPaper" : Stem());
+    if (holder)
+        TaskpaperReader(text.find('\n') == std::string::npos && text.find('\r') != std::string::npos ? '\r' : '\n')
+            .Parse(text, manager, holder);
+    return true;
+}
+
+bool ImportableText::TryFreemind(ImportManager& manager) {
+    Node* holder = MakeContainer(manager, file.empty() ? "imported map" : Stem());
+    if (!holder)
+        return true;
+    FreemindReader reader(manager, holder);
+    if (!reader.Read(text)) {
+        manager.Discard(holder);
+        container = nullptr;
+        manager.Fail(reader.ErrorMessage(), reader.ErrorLine());
+    }
+    return true;
+}
+
+bool ImportableText::ImportPlain(ImportManager& manager) {
+    if (!file.empty() && manager.ChosenName().empty())
+        manager.ChooseName(Stem());
+    return manager.ImportStructuredText(text);
+}

@@ -1,0 +1,191 @@
+#include "LynxUpdater.h"
+
+#include <unordered_map>
+
+#include "Attribute.h"
+#include "CoreHooks.h"
+#include "Hypertext.h"
+#include "Node.h"
+#include "NodeFacade.h"
+#include "NodeHelpers.h"
+#include "Props.h"
+
+namespace {
+
+std::mutex& RegistryLock() {
+    static std::mutex* lock = new std::mutex;
+    return *lock;
+}
+
+std::unordered_map<const Hypertext*, LynxUpdater*>& Registry() {
+    static auto* registry = new std::unordered_map<const Hypertext*, LynxUpdater*>;
+    return *registry;
+}
+
+} // namespace
+
+LynxUpdater::LynxUpdater(Hypertext* h)
+    : hypertext(h), document(std::make_unique<Lynx>()), queue("com.morvent.rylvane.lynxUpdater", 1) {
+    // The document index starts as never merged, so that the first merge
+    // runs at once.
+    document->LastIndexed(STime::Never());
+    std::lock_guard<std::mutex> guard(RegistryLock());
+    Registry()[hypertext] = this;
+    auto& hooks = GetCoreHooks();
+    if (!hooks.textChanged)
+        hooks.textChanged = [](Node* note) {
+            if (LynxUpdater* updater = For(note ? note->GetHypertext() : nullptr))
+                updater->TextChanged(note);
+        };
+}
+
+LynxUpdater::~LynxUpdater() {
+    {
+        std::lock_guard<std::mutex> guard(RegistryLock());
+        auto it = Registry().find(hypertext);
+        if (it != Registry().end() && it->second == this)
+            Registry().erase(it);
+    }
+    queue.CancelAllOperations();
+    queue.WaitUntilAllOperationsAreFinished();
+    document.reset();
+}
+
+LynxUpdater* LynxUpdater::For(const Hypertext* hypertext) {
+    if (!hypertext)
+        return nullptr;
+    std::lock_guard<std::mutex> guard(RegistryLock());
+    auto it = Registry().find(hypertext);
+    return it == Registry().end() ? nullptr : it->second;
+}
+
+Lynx* LynxUpdater::GetLynx(const Node* node) const {
+    if (!node)
+        return nullptr;
+    std::lock_guard<std::mutex> guard(lock);
+    auto it = notes.find(node->GetID().GetID());
+    return it == notes.end() ? nullptr : it->second.get();
+}
+
+Lynx* LynxUpdater::GetLynxHeld(const Node* node) const {
+    auto it = notes.find(node->GetID().GetID());
+    return it == notes.end() ? nullptr : it->second.get();
+}
+
+Lynx& LynxUpdater::LynxFor(const Node* node) {
+    std::lock_guard<std::mutex> guard(lock);
+    auto& slot = notes[node->GetID().GetID()];
+    if (!slot)
+        slot = std::make_unique<Lynx>();
+    return *slot;
+}
+
+std::vector<const Attribute*> LynxUpdater::IndexedAttributes() const {
+    std::vector<const Attribute*> attributes;
+    Props* props = hypertext ? hypertext->AttributeStorage() : nullptr;
+    if (!props)
+        return attributes;
+    for (const Attribute* a : props->InTreeOrder())
+        if (a->IsUserAttribute() && !a->IsAttributeCategory() &&
+            (a->GetType() == AttributeType::kString || a->IsSet() || a->IsList()))
+            attributes.push_back(a);
+    return attributes;
+}
+
+std::string LynxUpdater::IndexText(const Node* node) const { return IndexText(node, IndexedAttributes()); }
+
+std::string LynxUpdater::IndexText(const Node* node, const std::vector<const Attribute*>& attributes) const {
+    // Scanning the parts one after another counts the same words as scanning
+    // them joined by line ends.
+    std::string text = NodeText(node).GetText();
+    text += "\n";
+    text += node->Name();
+    for (const Attribute* a : attributes) {
+        text += "\n";
+        text += node->GetString(a);
+    }
+    return text;
+}
+
+void LynxUpdater::Store(uint32_t id, const std::string& text, long noteSize) {
+    Lynx* lynx;
+    {
+        std::lock_guard<std::mutex> guard(lock);
+        auto& slot = notes[id];
+        if (!slot)
+            slot = std::make_unique<Lynx>();
+        lynx = slot.get();
+    }
+    lynx->Scan(text);
+    lynx->NoteSize(noteSize);
+    lynx->LastIndexed(STime::Now());
+}
+
+void LynxUpdater::Add(Node* node) {
+    if (!node || node->IsAlias() || node->Invalid())
+        return;
+    // The note is read here, on the thread that owns it; the words are
+    // counted on the queue.
+    uint32_t id = node->GetID().GetID();
+    std::string text = IndexText(node);
+    long size = NoteSize(node);
+    {
+        std::lock_guard<std::mutex> guard(suspendLock);
+        if (suspended) {
+            held.push_back({id, std::move(text), size});
+            return;
+        }
+    }
+    queue.AddOperation([this, id, size, text = std::move(text)] { Store(id, text, size); });
+}
+
+void LynxUpdater::IndexNow(Node* node) {
+    if (!node || node->IsAlias() || node->Invalid())
+        return;
+    Store(node->GetID().GetID(), IndexText(node), NoteSize(node));
+}
+
+void LynxUpdater::IndexAll() {
+    std::vector<const Attribute*> attributes = IndexedAttributes();
+    HypertextFacade(hypertext).Apply([&](Node* n) {
+        if (n->IsAlias() || !Lynx::IsExportable(n))
+            return;
+        n->NeedsToBeIndexed(false);
+        Store(n->GetID().GetID(), IndexText(n, attributes), NoteSize(n));
+    });
+    document->MergeNow(hypertext);
+    document->Wait();
+}
+
+long LynxUpdater::NoteSize(const Node* node) {
+    return NodeText(node).TextSize() + static_cast<long>(node->Name().size());
+}
+
+void LynxUpdater::Wait() { queue.WaitUntilAllOperationsAreFinished(); }
+
+void LynxUpdater::Suspend() {
+    std::lock_guard<std::mutex> guard(suspendLock);
+    suspended = true;
+}
+
+void LynxUpdater::Resume() {
+    std::vector<Held> waiting;
+    {
+        std::lock_guard<std::mutex> guard(suspendLock);
+        suspended = false;
+        waiting.swap(held);
+    }
+    for (Held& h : waiting)
+        queue.AddOperation([this, h = std::move(h)] { Store(h.id, h.text, h.size); });
+}
+
+void LynxUpdater::TextChanged(Node* node) {
+    if (!node || node->IsAlias())
+        return;
+    node->NeedsToBeIndexed(true);
+    // While the document is read, its notes are indexed when it is ready.
+    if (hypertext->IsBeingRead())
+        return;
+    node->NeedsToBeIndexed(false);
+    Add(node);
+}

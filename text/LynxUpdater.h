@@ -1,0 +1,80 @@
+#pragma once
+// A document's word indexes: the index of each note, the document's own
+// index, and the queue on which notes are indexed away from the caller's
+// thread. Whoever opens a document for similarity work makes one beside it
+// and destroys it before the document; while it lives, For(hypertext)
+// finds it, and notes whose text or name changes are reindexed on its queue.
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "Lynx.h"
+#include "RylSerial.h"
+
+class Attribute;
+class Hypertext;
+class Node;
+
+class LynxUpdater {
+public:
+    explicit LynxUpdater(Hypertext* hypertext);
+    ~LynxUpdater();
+    LynxUpdater(const LynxUpdater&) = delete;
+    LynxUpdater& operator=(const LynxUpdater&) = delete;
+
+    // The updater of a document, or null.
+    static LynxUpdater* For(const Hypertext* hypertext);
+
+    // The note's index, null when it has none yet.
+    Lynx* GetLynx(const Node* node) const;
+    // The same with the table of indexes held for a long walk (see Hold).
+    Lynx* GetLynxHeld(const Node* node) const;
+    // Holds the table of indexes: notes are not indexed until it is let go.
+    std::unique_lock<std::mutex> Hold() const { return std::unique_lock<std::mutex>(lock); }
+    // The note's index, made empty when it has none.
+    Lynx& LynxFor(const Node* node);
+    Lynx& DocumentLynx() { return *document; }
+    Hypertext* GetHypertext() const { return hypertext; }
+
+    // Queues the indexing of a note (aliases are left out).
+    void Add(Node* node);
+    // Indexes a note on the calling thread.
+    void IndexNow(Node* node);
+    // Indexes every exportable note that is no alias on the calling thread,
+    // then merges the document index and waits for it.
+    void IndexAll();
+    // Waits until the queued notes are indexed.
+    void Wait();
+    // Stops and restarts the taking of queued notes.
+    void Suspend();
+    void Resume();
+    // What a note's index is made of: its text, its name, and the values of
+    // the user attributes that hold text (string, set and list attributes).
+    std::string IndexText(const Node* node) const;
+    // A note's text or name changed.
+    void TextChanged(Node* node);
+
+private:
+    std::vector<const Attribute*> IndexedAttributes() const;
+    std::string IndexText(const Node* node, const std::vector<const Attribute*>& attributes) const;
+    void Store(uint32_t id, const std::string& text, long noteSize);
+    static long NoteSize(const Node* node);
+
+    Hypertext* hypertext;
+    std::unique_ptr<Lynx> document;
+    mutable std::mutex lock;
+    std::unordered_map<uint32_t, std::unique_ptr<Lynx>> notes;
+    OperationQueue queue;
+    std::mutex suspendLock;
+    bool suspended = false;
+    // What notes were changed while suspended: their ids, index texts and sizes.
+    struct Held {
+        uint32_t id;
+        std::string text;
+        long size;
+    };
+    std::vector<Held> held;
+};
