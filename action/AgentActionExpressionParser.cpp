@@ -49,7 +49,10 @@ AgentActionExpressionParser::AgentActionExpressionParser(const std::string& text
 AgentActionExpressionParser::AgentActionExpressionParser(std::istream& stream, bool isCaseSensitive)
     : Parser(stream), caseSensitive(isCaseSensitive) {}
 
+std::atomic<long> AgentActionExpressionParser::parseCount{0};
+
 AAValuePtr AgentActionExpressionParser::Parse(const std::string& text, bool caseSensitive, std::string* error) {
+    parseCount.fetch_add(1, std::memory_order_relaxed);
     StParseNesting nesting(text.size());
     if (nesting.TooDeep()) {
         LogFormat("Action code nested too deeply (more than %d levels or %zu bytes)", kMaxNesting,

@@ -12,6 +12,7 @@
 // last one wins); operands made after that are AAInvalid "syntax error: ..."
 // while the tree built so far stays.
 #include <cstddef>
+#include <atomic>
 #include <istream>
 #include <string>
 
@@ -29,6 +30,10 @@ public:
     // here too; past a fixed nesting depth the answer is AAInvalid instead
     // of a deeper parse. `error`, when given, receives the parser's error.
     static AAValuePtr Parse(const std::string& text, bool caseSensitive, std::string* error = nullptr);
+    // How many texts have been parsed so far in this process, nested parses
+    // included: compiled actions are meant to be parsed once, and the
+    // benchmarks check that running them parses nothing.
+    static long ParseCount() { return parseCount.load(std::memory_order_relaxed); }
 
     // The expression of the whole stream.
     AAValuePtr Parse();
@@ -76,6 +81,7 @@ private:
     // Set when an operand was nested too deeply; the parser then reads no
     // further.
     bool tooDeep = false;
+    static std::atomic<long> parseCount;
 };
 
 // Counts nested parses on the current thread, so that deeply nested text
