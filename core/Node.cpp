@@ -6,7 +6,7 @@
 #include "Attribute.h"
 #include "Change.h"
 #include "Content.h"
-#include "CoreHooks.h"
+#include "Hooks.h"
 #include "Hypertext.h"
 #include "Link.h"
 #include "LinkManager.h"
@@ -22,11 +22,6 @@
 #include "Value.h"
 
 const Content* EmptyContent();
-
-CoreHooks& GetCoreHooks() {
-    static CoreHooks hooks;
-    return hooks;
-}
 
 // ------------------------------------------------------------ construction
 
@@ -164,7 +159,7 @@ Node* Node::Create(const Node& source, unsigned char withLinks) {
     if (!copy)
         return nullptr;
     copy->Initialize();
-    auto& hooks = GetCoreHooks();
+    auto& hooks = GetHooks();
     if (hooks.onAdd && copy->Father())
         hooks.onAdd(copy, copy->Father());
     if (hooks.onAdornments)
@@ -327,7 +322,7 @@ std::string Node::Name() const {
 }
 
 std::string Node::DisplayName() const {
-    auto& hooks = GetCoreHooks();
+    auto& hooks = GetHooks();
     if (hooks.displayName)
         return hooks.displayName(this);
     return Name();
