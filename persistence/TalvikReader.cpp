@@ -657,7 +657,7 @@ bool TalvikReader::Finish(bool parsed) {
             Attribute* extension = props->GetAttribute("HTMLExportExtension");
             std::string current = extension->GetDefaultValueAsString();
             const Prefs* prefs = hypertext->GetPreferences();
-            std::string preferred = prefs ? prefs->Get("HTMLExportExtension") : std::string();
+            std::string preferred = prefs ? prefs->Get("HTMLExtension") : std::string();
             if ((current == ".html" || current.empty()) && !preferred.empty() && preferred != current)
                 extension->SetDefault(preferred);
         }
