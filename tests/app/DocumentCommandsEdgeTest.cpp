@@ -233,3 +233,17 @@ TEST_F(Commands, DatesTypedAsWordsAreStoredAsTheirInstant) {
     ASSERT_EQ(R({"set", file, "/N", "DueDate", "never"}).code, 0);
     EXPECT_EQ(R({"get", file, "/N", "DueDate"}).out, "never\n");
 }
+
+// Opening a document gives its root the document's name: a copy of a file
+// under another name is that name, also in what is saved.
+TEST_F(Commands, TheRootTakesTheNameOfTheFileItIsOpenedFrom) {
+    ASSERT_EQ(R({"new", file}).code, 0);
+    ASSERT_EQ(R({"add", file, "/", "N"}).code, 0);
+    EXPECT_EQ(R({"get", file, "/", "Name"}).out, "notes\n");
+    std::string copy = (dir / "Field Notes.ryl").string();
+    std::filesystem::copy_file(file, copy);
+    EXPECT_EQ(R({"get", copy, "/", "Name"}).out, "Field Notes\n");
+    ASSERT_EQ(R({"set", copy, "/N", "Color", "red"}).code, 0);
+    EXPECT_NE(Slurp(copy).find("<attribute name=\"Name\">Field Notes</attribute>"), std::string::npos);
+    EXPECT_EQ(R({"get", file, "/", "Name"}).out, "notes\n");
+}
