@@ -54,7 +54,11 @@ Node* Node::CreateForReading(Node* parent, Node* after, const uint32_t* fileID, 
                              size_t expectedValues) {
     if (!parent || !parent->GetHypertext())
         return nullptr;
-    Node* node = new Node(parent, after, true);
+    return FinishForReading(new Node(parent, after, true), parent, after, fileID, fileCreator, expectedValues);
+}
+
+Node* Node::FinishForReading(Node* node, Node* parent, Node* after, const uint32_t* fileID,
+                             const std::string* fileCreator, size_t expectedValues) {
     if (expectedValues)
         node->properties.Reserve(expectedValues);
     NodePosition(node).PlaceWithoutPosition(parent, after);
@@ -76,6 +80,7 @@ Node::Node(const Node& source, unsigned char withLinks) {
         content = std::make_unique<Content>(*text);
     if (const NodeVector* adornments = source.OldAdornments())
         MutableRare().oldAdornments = std::make_unique<NodeVector>(*adornments);
+    SetCompositeData(source.CompositeData());
     newlyCreated = source.newlyCreated;
     inhibitSorting = source.inhibitSorting;
     outlineOrder = source.outlineOrder;
@@ -767,6 +772,22 @@ Node::Rare& Node::MutableRare() const {
 }
 
 void Node::SetOldAdornments(const NodeVector& v) { MutableRare().oldAdornments = std::make_unique<NodeVector>(v); }
+
+std::string Node::CompositeData() const {
+    StObjectLock guard(lock);
+    return rare && rare->compositeData ? *rare->compositeData : std::string();
+}
+
+void Node::SetCompositeData(std::string xml) {
+    StObjectLock guard(lock);
+    if (xml.empty() && !rare)
+        return;
+    Rare& extra = MutableRare();
+    if (xml.empty())
+        extra.compositeData.reset();
+    else
+        extra.compositeData = std::make_unique<std::string>(std::move(xml));
+}
 
 std::string Node::OutputWorkingString() const {
     StObjectLock guard(lock);
