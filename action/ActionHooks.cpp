@@ -5,18 +5,17 @@
 #include "AAValue.h"
 #include "Action.h"
 #include "ActionPool.h"
-#include "CoreHooks.h"
 #include "HTPath.h"
 #include "MatchList.h"
 #include "Node.h"
 #include "NodeFacade.h"
 #include "Value.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 void InstallActionHooks() {
     static std::once_flag once;
     std::call_once(once, [] {
-        ValueHooks& values = GetValueHooks();
+        Hooks& values = EditHooks();
         values.createAction = [](const std::string& text) -> Action* { return Action::Create(text).release(); };
         values.recycleAction = [](Hypertext* document, Action* action) {
             if (ActionPool* pool = ActionPool::For(document))
@@ -35,7 +34,7 @@ void InstallActionHooks() {
             return AAValue::ComputeValue(tree, const_cast<Node*>(note), matches).AsString();
         };
 
-        CoreHooks& core = GetCoreHooks();
+        Hooks& core = EditHooks();
         core.findPath = [](Node* from, const std::string& path) -> Node* {
             MatchList matches;
             return HTPath::Get(from, path, matches);

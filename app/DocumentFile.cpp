@@ -16,6 +16,7 @@
 #include "Node.h"
 #include "Props.h"
 #include "RylUUID.h"
+#include "RylDocumentOpener.h"
 #include "SafeReplace.h"
 #include "TalvikReader.h"
 #include "TalvikWriter.h"
@@ -62,7 +63,7 @@ std::string EscapeName(const std::string& name) {
 std::unique_ptr<Hypertext> NewDocument(const std::string& path) {
     auto hypertext = std::make_unique<Hypertext>();
     hypertext->SetUUID(NewUUIDString());
-    std::string name = std::filesystem::path(path).stem().string();
+    std::string name = RylDocumentOpener::DocumentName(path);
     if (!name.empty())
         hypertext->Root()->SetName(name);
     return hypertext;
@@ -104,6 +105,7 @@ std::unique_ptr<Hypertext> OpenDocument(const std::string& path, std::string& er
         *version = reader.Version();
     if (revision)
         *revision = reader.Revision();
+    RylDocumentOpener(hypertext.get(), path).prepare();
     return hypertext;
 }
 

@@ -7,6 +7,7 @@
 
 #include "Attribute.h"
 #include "Change.h"
+#include "CoreHooks.h"
 #include "Node.h"
 #include "NodeIndex.h"
 #include "Prefs.h"
@@ -19,10 +20,8 @@ Hypertext::Hypertext() { Construct(false); }
 
 Hypertext::Hypertext(bool skipProperties) { Construct(skipProperties); }
 
-void InstallCoreValueHooks();
-
 void Hypertext::Construct(bool skipProperties) {
-    InstallCoreValueHooks();
+    InstallCoreHooks();
     index = std::make_shared<NodeIndex>();
     changes = std::make_shared<Change>();
     preferences = std::make_shared<Prefs>(Prefs::Defaults());

@@ -1,7 +1,6 @@
 #pragma once
 // A document: the tree of notes under one root, the attribute table, the
 // indexes and the managers that act on them.
-#include <functional>
 #include <map>
 #include <mutex>
 #include <memory>
@@ -48,12 +47,6 @@ public:
 
     // The shared document that stands for "no document".
     static Hypertext* NoHypertext();
-
-    // Builds the attribute table of a new document. Layers that know the
-    // whole system table install the builder; without one the table holds
-    // only the attributes every note needs.
-    using PropertyBuilder = std::function<void(Props*, Hypertext*)>;
-    static void SetPropertyBuilder(PropertyBuilder builder);
 
     virtual bool IsValid() const { return !closing && root != nullptr; }
     virtual Change* Changes() const { return changes.get(); }

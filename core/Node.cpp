@@ -6,7 +6,7 @@
 #include "Attribute.h"
 #include "Change.h"
 #include "Content.h"
-#include "CoreHooks.h"
+#include "Hooks.h"
 #include "Hypertext.h"
 #include "Link.h"
 #include "LinkManager.h"
@@ -22,11 +22,6 @@
 #include "Value.h"
 
 const Content* EmptyContent();
-
-CoreHooks& GetCoreHooks() {
-    static CoreHooks hooks;
-    return hooks;
-}
 
 // ------------------------------------------------------------ construction
 
@@ -59,7 +54,11 @@ Node* Node::CreateForReading(Node* parent, Node* after, const uint32_t* fileID, 
                              size_t expectedValues) {
     if (!parent || !parent->GetHypertext())
         return nullptr;
-    Node* node = new Node(parent, after, true);
+    return FinishForReading(new Node(parent, after, true), parent, after, fileID, fileCreator, expectedValues);
+}
+
+Node* Node::FinishForReading(Node* node, Node* parent, Node* after, const uint32_t* fileID,
+                             const std::string* fileCreator, size_t expectedValues) {
     if (expectedValues)
         node->properties.Reserve(expectedValues);
     NodePosition(node).PlaceWithoutPosition(parent, after);
@@ -81,6 +80,7 @@ Node::Node(const Node& source, unsigned char withLinks) {
         content = std::make_unique<Content>(*text);
     if (const NodeVector* adornments = source.OldAdornments())
         MutableRare().oldAdornments = std::make_unique<NodeVector>(*adornments);
+    SetCompositeData(source.CompositeData());
     newlyCreated = source.newlyCreated;
     inhibitSorting = source.inhibitSorting;
     outlineOrder = source.outlineOrder;
@@ -164,7 +164,7 @@ Node* Node::Create(const Node& source, unsigned char withLinks) {
     if (!copy)
         return nullptr;
     copy->Initialize();
-    auto& hooks = GetCoreHooks();
+    auto& hooks = GetHooks();
     if (hooks.onAdd && copy->Father())
         hooks.onAdd(copy, copy->Father());
     if (hooks.onAdornments)
@@ -327,7 +327,7 @@ std::string Node::Name() const {
 }
 
 std::string Node::DisplayName() const {
-    auto& hooks = GetCoreHooks();
+    auto& hooks = GetHooks();
     if (hooks.displayName)
         return hooks.displayName(this);
     return Name();
@@ -344,7 +344,7 @@ void Node::SetName(const std::string& newName) {
         if (const Attribute* attr = NameAttribute())
             original->Set(attr, Value::Create(newName));
         Changed(1);
-        if (auto& textChanged = GetCoreHooks().textChanged)
+        if (auto& textChanged = GetHooks().textChanged)
             textChanged(original);
     }
 }
@@ -774,6 +774,22 @@ Node::Rare& Node::MutableRare() const {
 }
 
 void Node::SetOldAdornments(const NodeVector& v) { MutableRare().oldAdornments = std::make_unique<NodeVector>(v); }
+
+std::string Node::CompositeData() const {
+    StObjectLock guard(lock);
+    return rare && rare->compositeData ? *rare->compositeData : std::string();
+}
+
+void Node::SetCompositeData(std::string xml) {
+    StObjectLock guard(lock);
+    if (xml.empty() && !rare)
+        return;
+    Rare& extra = MutableRare();
+    if (xml.empty())
+        extra.compositeData.reset();
+    else
+        extra.compositeData = std::make_unique<std::string>(std::move(xml));
+}
 
 std::string Node::OutputWorkingString() const {
     StObjectLock guard(lock);

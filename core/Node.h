@@ -190,6 +190,10 @@ public:
     virtual const Attribute* GetAttribute(const std::string& name) const;
     virtual const NodeVector* OldAdornments() const { return rare ? rare->oldAdornments.get() : nullptr; }
     virtual void SetOldAdornments(const NodeVector& v);
+    // The note's composites as the file gave them (its "composites"
+    // element, whole), carried through unchanged; "" when it has none.
+    virtual std::string CompositeData() const;
+    virtual void SetCompositeData(std::string xml);
     virtual bool NeedsToBeIndexed() const { return needsToBeIndexed; }
     virtual void NeedsToBeIndexed(bool n) { needsToBeIndexed = n; }
     virtual bool InhibitSorting() const { return inhibitSorting; }
@@ -217,6 +221,10 @@ protected:
     // The part of construction every placed note shares: the document and a
     // fresh id. The flag only tells this constructor apart.
     Node(Node* parent, Node* after, bool);
+    // The rest of CreateForReading, for a note just made with the constructor
+    // above (of this class or a subclass).
+    static Node* FinishForReading(Node* node, Node* parent, Node* after, const uint32_t* fileID,
+                                  const std::string* fileCreator, size_t expectedValues);
     friend class NodeMaker;
     friend class NodePosition;
     friend class AliasNode;
@@ -246,12 +254,13 @@ protected:
     bool inhibitSorting = false;
     // What few notes ever have, made on first use: the prototype relation and
     // its pending request, the note's aliases, the adornments it had before
-    // it moved, and the text an export accumulates for it.
+    // it moved, the text an export accumulates for it, and its composites.
     struct Rare {
         std::unique_ptr<PrototypeCache> prototypeCache;
         std::unique_ptr<NodeAliases> aliases;
         std::unique_ptr<NodeVector> oldAdornments;
         std::unique_ptr<std::string> outputWorkingString;
+        std::unique_ptr<std::string> compositeData;
     };
     Rare& MutableRare() const;
     PrototypeCache* KnownPrototypeCache() const { return rare ? rare->prototypeCache.get() : nullptr; }

@@ -4,7 +4,7 @@
 #include "Change.h"
 #include "Colors.h"
 #include "Content.h"
-#include "CoreHooks.h"
+#include "Hooks.h"
 #include "Hypertext.h"
 #include "NodeIndex.h"
 #include "Value.h"
@@ -259,7 +259,7 @@ void NodeFacade::Renamed(const std::string& oldName) const {
         HypertextFacade(GetHypertext()).DontRename())
         return;
     // Text links that used the old name follow the new one.
-    if (auto& rename = GetCoreHooks().renameTextLinks)
+    if (auto& rename = GetHooks().renameTextLinks)
         rename(node, oldName);
 }
 

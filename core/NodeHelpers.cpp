@@ -5,7 +5,7 @@
 
 #include "Attribute.h"
 #include "Content.h"
-#include "CoreHooks.h"
+#include "Hooks.h"
 #include "Hypertext.h"
 #include "Log.h"
 #include "Parser.h"
@@ -190,7 +190,7 @@ void NodePosition::DoMoveToInternal(Node* parent, Node* after, double x, double 
     bool moved = InitializePosition(parent, after, x, y);
     AboutToMove(oldFather, parent);
     if (moved)
-        if (auto& onRemove = GetCoreHooks().onRemove)
+        if (auto& onRemove = GetHooks().onRemove)
             onRemove(node, oldFather);
     JustMoved(moved, adornments);
 }
@@ -252,7 +252,7 @@ bool NodePosition::Place(Node* parent, Node* after, bool withPosition, double x,
 void NodePosition::JustMoved(bool moved, const NodeVector& adornments) const {
     if (!node)
         return;
-    auto& hooks = GetCoreHooks();
+    auto& hooks = GetHooks();
     if (moved && hooks.onAdd && node->Father())
         hooks.onAdd(node, node->Father());
     if (hooks.onAdornments)
@@ -416,7 +416,7 @@ void NodeText::SetText(const std::string& text) const {
         return;
     GetContent()->SetText(text);
     node->Changed(4);
-    if (auto& textChanged = GetCoreHooks().textChanged)
+    if (auto& textChanged = GetHooks().textChanged)
         textChanged(node);
 }
 

@@ -3,7 +3,7 @@
 #include <atomic>
 
 #include "Content.h"
-#include "CoreHooks.h"
+#include "Hooks.h"
 #include "Hypertext.h"
 #include "Link.h"
 #include "LinkBundle.h"
@@ -132,7 +132,7 @@ const Value* LocalAttribute::ValueFor(const Node* note) const {
 const Value* HTMLExportPathAttribute::ValueFor(const Node* note) const {
     if (!note)
         return KeepString(note, "");
-    auto& fileName = GetCoreHooks().exportFileName;
+    auto& fileName = GetHooks().exportFileName;
     std::string path;
     for (const Node* n = note; n && !n->IsRoot(); n = n->Father())
         path = "/" + (fileName ? fileName(n) : n->Name()) + path;
@@ -142,7 +142,7 @@ const Value* HTMLExportPathAttribute::ValueFor(const Node* note) const {
 }
 
 const Value* NoteURLAttribute::ValueFor(const Node* note) const {
-    auto& url = GetCoreHooks().noteURL;
+    auto& url = GetHooks().noteURL;
     return KeepString(note, note && url ? url(note) : std::string());
 }
 
@@ -241,7 +241,7 @@ namespace {
 // Resolves "/a/b" from the root by names; the action language installs a
 // resolver that knows designators.
 Node* ResolvePath(Node* root, const std::string& path) {
-    if (auto& find = GetCoreHooks().findPath)
+    if (auto& find = GetHooks().findPath)
         return find(root, path);
     Node* at = root;
     size_t i = 0;

@@ -11,6 +11,7 @@
 #include "Colors.h"
 #include "Content.h"
 #include "Hypertext.h"
+#include "KindNode.h"
 #include "LinkManager.h"
 #include "LinkType.h"
 #include "Log.h"
@@ -170,12 +171,19 @@ bool TalvikReader::StartItem(XMLItem* item) {
 }
 
 bool TalvikReader::CapturesRaw(std::string_view name, int depth) const {
-    return depth == 2 && IsCarriedSection(name);
+    // A note's composites are kept whole too (a "composites" element deeper
+    // down that is no note's is captured but then dropped).
+    return (depth == 2 && IsCarriedSection(name)) || (depth >= 3 && name == "composites");
 }
 
 bool TalvikReader::EndItem(XMLItem* item) {
     if (!stack.empty() && item == stack.back()->element) {
         EndNote(item);
+        return true;
+    }
+    if (!stack.empty() && item->Father() == stack.back()->element) {
+        if (item->Name() == "composites" && stack.back()->node)
+            stack.back()->node->SetCompositeData(item->Raw());
         return true;
     }
     int depth = Depth() + 1;
@@ -232,11 +240,14 @@ void TalvikReader::StartNote(XMLItem* item) {
         Node* parent = stack.empty() ? root : stack.back()->node;
         Node* elder = stack.empty() ? (topNodes.empty() ? (pasting ? after : root->YoungestSon()) : topNodes.back())
                                     : stack.back()->lastChild;
-        if (item->Name() != "item")
-            LogLine("TalvikReader: <" + item->Name() + "> is read as a plain note");
         bool keepID = !pasting && a.Has("ID");
-        node = Node::CreateForReading(parent, elder, keepID ? &state->fileID : nullptr,
-                                      a.Has("Creator") ? &state->fileCreator : nullptr, lastValueCount);
+        const uint32_t* fileID = keepID ? &state->fileID : nullptr;
+        const std::string* fileCreator = a.Has("Creator") ? &state->fileCreator : nullptr;
+        KindNode::Kind kind;
+        if (KindNode::KindOfElement(item->Name(), kind))
+            node = KindNode::CreateForReading(kind, parent, elder, fileID, fileCreator, lastValueCount);
+        else
+            node = Node::CreateForReading(parent, elder, fileID, fileCreator, lastValueCount);
         if (!node) {
             LogLine("RylNodeBuilder: node is nil. This should never happen");
             Fail("a note could not be made");
@@ -338,10 +349,12 @@ bool TalvikReader::StartLeaf(const char* name, const char** attributes) {
         leafKind = LeafKind::kRTFD;
         leafBuffer.clear();
         leafTarget = &leafBuffer;
+    } else if (std::strcmp(name, "composites") == 0) {
+        // Read as an element, to be kept whole (EndItem).
+        return false;
     }
-    // Anything else ("styles", "pictures" and "script" are obsolete;
-    // "composites" and "image" belong to parts of the program that are not
-    // here) is skipped whole.
+    // Anything else ("styles", "pictures" and "script" are obsolete; "image"
+    // belongs to the map, which is not here) is skipped whole.
     return true;
 }
 
@@ -657,7 +670,7 @@ bool TalvikReader::Finish(bool parsed) {
             Attribute* extension = props->GetAttribute("HTMLExportExtension");
             std::string current = extension->GetDefaultValueAsString();
             const Prefs* prefs = hypertext->GetPreferences();
-            std::string preferred = prefs ? prefs->Get("HTMLExportExtension") : std::string();
+            std::string preferred = prefs ? prefs->Get("HTMLExtension") : std::string();
             if ((current == ".html" || current.empty()) && !preferred.empty() && preferred != current)
                 extension->SetDefault(preferred);
         }

@@ -312,21 +312,23 @@ void TalvikWriter::PrepareInto(const Node* node, std::string& out) const {
             out += "</attribute>\n";
         }
     }
-    if (node->IsAlias())
-        return;
-    const Content* content = node->GetContent();
-    if (!content)
-        return;
-    if (!content->HasText() && !content->HasRTFD() && !content->HasRTF())
-        return;
-    PutElement(out, "text", content->GetText());
-    if (content->HasRTFD()) {
-        out += "<rtfd>";
-        out += Base64::Encode(content->GetRTFD());
-        out += "</rtfd>\n";
+    const Content* content = node->IsAlias() ? nullptr : node->GetContent();
+    if (content && (content->HasText() || content->HasRTFD() || content->HasRTF())) {
+        PutElement(out, "text", content->GetText());
+        if (content->HasRTFD()) {
+            out += "<rtfd>";
+            out += Base64::Encode(content->GetRTFD());
+            out += "</rtfd>\n";
+        }
+        if (content->HasRTF())
+            PutElement(out, "rtf", content->GetRTF());
     }
-    if (content->HasRTF())
-        PutElement(out, "rtf", content->GetRTF());
+    // Composites go back as they were read.
+    std::string composites = node->CompositeData();
+    if (!composites.empty()) {
+        out += composites;
+        out += '\n';
+    }
 }
 
 // ---------------------------------------------------------------- links

@@ -3,7 +3,7 @@
 #include <unordered_map>
 
 #include "Attribute.h"
-#include "CoreHooks.h"
+#include "Hooks.h"
 #include "Hypertext.h"
 #include "Node.h"
 #include "NodeFacade.h"
@@ -24,6 +24,16 @@ std::unordered_map<const Hypertext*, LynxUpdater*>& Registry() {
 
 } // namespace
 
+void InstallTextHooks() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        EditHooks().textChanged = [](Node* note) {
+            if (LynxUpdater* updater = LynxUpdater::For(note ? note->GetHypertext() : nullptr))
+                updater->TextChanged(note);
+        };
+    });
+}
+
 LynxUpdater::LynxUpdater(Hypertext* h)
     : hypertext(h), document(std::make_unique<Lynx>()), queue("com.morvent.rylvane.lynxUpdater", 1) {
     // The document index starts as never merged, so that the first merge
@@ -31,12 +41,7 @@ LynxUpdater::LynxUpdater(Hypertext* h)
     document->LastIndexed(STime::Never());
     std::lock_guard<std::mutex> guard(RegistryLock());
     Registry()[hypertext] = this;
-    auto& hooks = GetCoreHooks();
-    if (!hooks.textChanged)
-        hooks.textChanged = [](Node* note) {
-            if (LynxUpdater* updater = For(note ? note->GetHypertext() : nullptr))
-                updater->TextChanged(note);
-        };
+    InstallTextHooks();
 }
 
 LynxUpdater::~LynxUpdater() {

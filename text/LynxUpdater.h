@@ -78,3 +78,8 @@ private:
     };
     std::vector<Held> held;
 };
+
+// Installs the index's part of the hooks (values/Hooks.h): a note whose text
+// or name changed is reindexed by its document's updater. Run by the first
+// updater; calling it again does nothing.
+void InstallTextHooks();

@@ -6,7 +6,7 @@
 
 #include "Parser.h"
 #include "Value.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 namespace {
 
@@ -135,7 +135,7 @@ SetList ActionResult::AsSet() const {
 }
 
 PColor ActionResult::AsColor(const Node* note) const {
-    const ValueHooks& hooks = GetValueHooks();
+    const Hooks& hooks = GetHooks();
     if (hooks.translateColorForNode) return hooks.translateColorForNode(note, AsString());
     PColor color;
     color.FromString(AsString());
@@ -144,7 +144,7 @@ PColor ActionResult::AsColor(const Node* note) const {
 
 ActionResult ActionResult::AsLookupTable(const ActionResult& key) const {
     const std::string wanted = key.AsTrimmedString();
-    const ValueHooks& hooks = GetValueHooks();
+    const Hooks& hooks = GetHooks();
     if (hooks.lookupTable) return ActionResult(hooks.lookupTable(AsString(), wanted));
     // Without the application's table: the first "key:value" item whose
     // trimmed key matches.

@@ -194,6 +194,7 @@ void DateFormatterUtilities::Reset() {
             calendar.reset();
             locale.reset();
             zone.reset();
+            zoneIsUniversal = -1;
             isoFormatter.reset();
             partFormatters.clear();
             patternFormatters.clear();
@@ -221,6 +222,15 @@ const icu::TimeZone& DateFormatterUtilities::TimeZone() {
     if (!zone)
         zone.reset(CreateEnvironmentZone());
     return *zone;
+}
+
+bool DateFormatterUtilities::ZoneIsUniversal() {
+    // Through the services, so that a change of TZ is seen first.
+    return OnDateServices([&] {
+        if (zoneIsUniversal < 0)
+            zoneIsUniversal = TimeZone().hasSameRules(*icu::TimeZone::getGMT()) ? 1 : 0;
+        return zoneIsUniversal == 1;
+    });
 }
 
 icu::Calendar& DateFormatterUtilities::Calendar() {

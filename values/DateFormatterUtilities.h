@@ -84,6 +84,10 @@ public:
     icu::DateFormat& MediumDateFormatter();
     icu::DateFormat& LongDateFormatter();
     icu::DateFormat& FormatterFor(int dateStyle, int timeStyle);
+    // Whether the local zone keeps universal time all year and in every
+    // year, so that ISO 8601 text in it is the "...Z" form. Called from any
+    // thread, outside the queue; worked out once per zone.
+    bool ZoneIsUniversal();
     // The ISO 8601 formatter in the local zone: yyyy-MM-dd'T'HH:mm:ssXXX.
     icu::SimpleDateFormat& ISO8601Formatter();
     // A formatter for a fixed pattern or skeleton in the current locale.
@@ -154,6 +158,8 @@ private:
     std::unordered_map<std::string, std::string> templatePatterns;
     bool symbolsLoaded = false;
     bool mediumZoneStale = false;
+    // ZoneIsUniversal's answer: -1 until worked out for the present zone.
+    int zoneIsUniversal = -1;
     std::vector<std::string> weekdayNames, shortWeekdayNames, veryShortWeekdayNames, monthNames, shortMonthNames;
     std::string regionCode;
     std::string environmentLocale;

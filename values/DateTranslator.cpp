@@ -1,29 +1,15 @@
 #include "DateTranslator.h"
 
-#include <mutex>
-
 #include <unicode/parsepos.h>
 #include <unicode/uchar.h>
 
 #include "DateDetector.h"
 #include "DateFormatterUtilities.h"
 #include "DateText.h"
+#include "Hooks.h"
 #include "RylSerial.h"
 
-// ---------------------------------------------------------------------------
-// Hooks
-
 namespace {
-
-std::mutex& HookMutex() {
-    static std::mutex m;
-    return m;
-}
-
-DateTranslatorHooks::AttributeReader& Reader() {
-    static DateTranslatorHooks::AttributeReader reader;
-    return reader;
-}
 
 // A byte that may be part of a name: ASCII letters and digits, and any byte
 // of a multi-byte UTF-8 character.
@@ -57,16 +43,6 @@ size_t ModifierStart(const std::string& text) {
 }
 
 } // namespace
-
-void DateTranslatorHooks::SetAttributeReader(AttributeReader reader) {
-    std::lock_guard<std::mutex> lock(HookMutex());
-    Reader() = std::move(reader);
-}
-
-DateTranslatorHooks::AttributeReader DateTranslatorHooks::GetAttributeReader() {
-    std::lock_guard<std::mutex> lock(HookMutex());
-    return Reader();
-}
 
 // ---------------------------------------------------------------------------
 // Statics
@@ -349,8 +325,9 @@ bool DateTranslator::IsAttributeReference(std::string& name, std::string& rest) 
 bool DateTranslator::AttributeReference(const std::string& name, const std::string& rest) {
     STime base = STime::Now();
     if (context) {
-        auto reader = DateTranslatorHooks::GetAttributeReader();
-        if (reader) {
+        // The document core reads the attribute; without it the reference
+        // counts from now.
+        if (auto& reader = GetHooks().readAttribute) {
             // The inner translation has no context note, so that a value
             // that refers to itself cannot recurse.
             DateTranslator inner(reader(context, name.substr(1)));

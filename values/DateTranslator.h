@@ -9,7 +9,6 @@
 // a bare number (a year when between -2500 and 2500, else seconds since
 // 1970); month/day/year with slashes; "January 5, 2021 10:30 pm" and
 // "5 January 2021 10:30"; otherwise the text is invalid and gives never.
-#include <functional>
 #include <string>
 
 #include "DateText.h"
@@ -17,15 +16,6 @@
 
 class Node;
 class RylSerial;
-
-// How the translator reads an attribute of a note ("$Due+1 day"). The
-// document core installs the reader; until then attribute references resolve
-// against now.
-struct DateTranslatorHooks {
-    using AttributeReader = std::function<std::string(Node* note, const std::string& attributeName)>;
-    static void SetAttributeReader(AttributeReader reader);
-    static AttributeReader GetAttributeReader();
-};
 
 class DateTranslator {
 public:

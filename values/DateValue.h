@@ -21,7 +21,8 @@
 class DateValue : public Value {
 public:
     explicit DateValue(const STime& time);
-    // A time with the text it was written as.
+    // A time with the text it was given as; the text is only kept as a
+    // cache of the written form, when it is that form already.
     DateValue(const STime& time, const std::string& text);
     ~DateValue() override;
     // An unresolved date expression.

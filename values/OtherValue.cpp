@@ -1,7 +1,7 @@
 #include <sstream>
 
 #include "Value.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 namespace {
 
@@ -51,7 +51,7 @@ PColor ColorValue::AsColor() const {
 std::string ColorValue::AsExportString(const std::string&, Hypertext* document) const {
     PColor result = PColor::Black();
     if (!text.empty() && !result.FromString(text) && document) {
-        const ValueHooks& hooks = GetValueHooks();
+        const Hooks& hooks = GetHooks();
         if (hooks.translateColorForDocument) result = hooks.translateColorForDocument(document, text);
     }
     return result.ToString();

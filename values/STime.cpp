@@ -280,6 +280,8 @@ void CivilFromDays(int64_t days, int64_t& year, int64_t& month, int64_t& day) {
 
 }  // namespace
 
+bool STime::LocalZoneIsUniversal() { return DateFormatterUtilities::Get().ZoneIsUniversal(); }
+
 std::string STime::UniversalText() const {
     if (!(seconds >= kFirstUniversalSecond && seconds < kEndUniversalSecond) || seconds != std::floor(seconds))
         return {};

@@ -103,6 +103,9 @@ public:
     // exactly (fractions of a second, years outside 1583-9999, before which
     // the calendar in use is not the Gregorian one).
     std::string UniversalText() const;
+    // Whether ISO8601DateString gives UniversalText wherever the latter is
+    // not empty: the local zone is universal time.
+    static bool LocalZoneIsUniversal();
     // The reverse: reads exactly that form (valid fields, years 1583-9999).
     static bool FromUniversalText(std::string_view text, STime& time);
     std::string RFC822DateString() const;  // e.g. Thu, 4 Mar 2021 10:00:00 +0000

@@ -5,7 +5,7 @@
 #include "Transformer.h"
 #include "UnicodeString.h"
 #include "Value.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ StringValue::~StringValue() {
         Action* compiled = actions->action;
         Hypertext* document = actions->actionDocument;
         Value::Queue().Sync([&] {
-            const ValueHooks& hooks = GetValueHooks();
+            const Hooks& hooks = GetHooks();
             if (hooks.recycleAction) hooks.recycleAction(document, compiled);
         });
     }
@@ -76,7 +76,7 @@ bool StringValue::AsBoolean() const {
 Action* StringValue::AsAgentAction(Hypertext* document) const {
     return Value::Queue().Sync([&]() -> Action* {
         if (actions && actions->ownsAction && actions->action) return actions->action;
-        const ValueHooks& hooks = GetValueHooks();
+        const Hooks& hooks = GetHooks();
         if (!hooks.createAction) return nullptr;
         if (!actions) actions = std::make_unique<ActionCache>();
         actions->actionDocument = document;
@@ -94,7 +94,7 @@ Action* StringValue::AsAgentAction(Hypertext* document) const {
 }
 
 std::string StringValue::EvaluateFor(const Node* note) const {
-    const ValueHooks& hooks = GetValueHooks();
+    const Hooks& hooks = GetHooks();
     std::shared_ptr<void> parsed = Value::Queue().Sync([&]() -> std::shared_ptr<void> {
         if (!actions) actions = std::make_unique<ActionCache>();
         if (!actions->parsedAction && hooks.parseAction) {

@@ -3,7 +3,7 @@
 #include <unicode/utf8.h>
 
 #include "UnicodeString.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 namespace {
 
@@ -79,7 +79,7 @@ std::string TransformerLastWord::Transform(const std::string& text) const {
 }
 
 const Node* TransformerOriginal::ChooseNode(const Node* note) const {
-    const ValueHooks& hooks = GetValueHooks();
+    const Hooks& hooks = GetHooks();
     if (!note || !hooks.originalOf) return note;
     return hooks.originalOf(note);
 }

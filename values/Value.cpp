@@ -8,7 +8,7 @@
 #include "RylSerial.h"
 #include "SetList.h"
 #include "Transformer.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 namespace {
 
@@ -352,7 +352,7 @@ StValue::StValue(const Value* value, const Node* n) : clone(value ? value->Clone
 
 StValue::~StValue() {
     if (!clone) return;
-    const ValueHooks& hooks = GetValueHooks();
+    const Hooks& hooks = GetHooks();
     if (hooks.deleteValueForNote) {
         hooks.deleteValueForNote(note, clone);
     } else {

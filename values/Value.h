@@ -115,7 +115,7 @@ public:
     static Value* ForRectangle(const SRect& rect);
     static STime AddTime(const STime& time, const std::string& interval);
     // The ActionPool of a document is reached through the hooks; values hand
-    // compiled actions back with ValueHooks::recycleAction.
+    // compiled actions back with Hooks::recycleAction.
 
     // The shared never date (a new reference; Delete it).
     static Value* Never();

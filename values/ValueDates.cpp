@@ -55,9 +55,14 @@ const char* CopyText(const std::string& text) {
 // read from a file are mostly written so, and need not keep their text.
 const char* const kUniversalText = "";
 
+// The written form is always the instant's ISO 8601 text: a date typed as
+// "tomorrow" must not be written as "tomorrow", or it would mean another day
+// each time it is read. Only the universal form is kept from the given text,
+// as a stand-in that saves formatting it again; any other text is dropped and
+// the ISO 8601 text made when first asked for.
 const char* KeptText(const STime& time, const std::string& text) {
     if (text.size() == 20 && text.back() == 'Z' && time.UniversalText() == text) return kUniversalText;
-    return CopyText(text);
+    return nullptr;
 }
 
 // Serialises only the moment an expression's time is stored.
@@ -136,7 +141,11 @@ const char* DateValue::WrittenText() const {
 
 std::string DateValue::Written() const {
     const char* text = WrittenText();
-    if (text == kUniversalText) return time.UniversalText();
+    if (text == kUniversalText) {
+        // In another zone the ISO 8601 text carries that zone's offset.
+        if (STime::LocalZoneIsUniversal()) return time.UniversalText();
+        return time.ISO8601DateString();
+    }
     return text;
 }
 

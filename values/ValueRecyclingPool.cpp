@@ -1,7 +1,7 @@
 #include "ValueRecyclingPool.h"
 
 #include "Value.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 ValueRecyclingPool::ValueRecyclingPool() : queue("com.morvent.rylvane.valueRecyclingPool") {}
 
@@ -31,7 +31,7 @@ void ValueRecyclingPool::Drain() {
     auto release = [old] {
         for (const Value* value : *old) value->Release();
     };
-    const ValueHooks& hooks = GetValueHooks();
+    const Hooks& hooks = GetHooks();
     if (hooks.runOnMainThread) {
         hooks.runOnMainThread(release);
     } else {

@@ -3,6 +3,8 @@
 // every way they can fail.
 #include "CommandHarness.h"
 
+#include <regex>
+
 #include "Hypertext.h"
 #include "Link.h"
 #include "Node.h"
@@ -206,4 +208,42 @@ TEST_F(Commands, EveryFailureIsOneLineAndLeavesTheFileAsItWas) {
     // Nothing of a failed or finished save is left beside the files.
     for (const auto& entry : std::filesystem::directory_iterator(dir))
         EXPECT_NE(entry.path().filename().string().rfind(".", 0), 0u) << entry.path();
+}
+
+// A date typed as words is stored as the instant it meant when typed: `get`
+// and the file give its ISO 8601 text, so the file means the same day
+// whenever it is read again.
+TEST_F(Commands, DatesTypedAsWordsAreStoredAsTheirInstant) {
+    ASSERT_EQ(R({"new", file}).code, 0);
+    ASSERT_EQ(R({"add", file, "/", "N"}).code, 0);
+    const std::regex iso(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ)");
+    for (const char* typed : {"tomorrow", "friday", "now", "1066", "3/15", "7/2000", "1500000000"}) {
+        ASSERT_EQ(R({"set", file, "/N", "DueDate", typed}).code, 0) << typed;
+        std::string got = R({"get", file, "/N", "DueDate"}).out;
+        ASSERT_FALSE(got.empty()) << typed;
+        got.pop_back();
+        EXPECT_TRUE(std::regex_match(got, iso)) << typed << " gave " << got;
+        // Texts that do not hang on the clock read as `date` reads them.
+        if (std::string(typed) == "1066" || std::string(typed) == "1500000000")
+            EXPECT_EQ(R({"date", typed}).out, got + "\n") << typed;
+        std::string saved = Slurp(file);
+        EXPECT_NE(saved.find("<attribute name=\"DueDate\">" + got + "</attribute>"), std::string::npos) << typed;
+        EXPECT_EQ(saved.find(std::string(">") + typed + "<"), std::string::npos) << typed;
+    }
+    ASSERT_EQ(R({"set", file, "/N", "DueDate", "never"}).code, 0);
+    EXPECT_EQ(R({"get", file, "/N", "DueDate"}).out, "never\n");
+}
+
+// Opening a document gives its root the document's name: a copy of a file
+// under another name is that name, also in what is saved.
+TEST_F(Commands, TheRootTakesTheNameOfTheFileItIsOpenedFrom) {
+    ASSERT_EQ(R({"new", file}).code, 0);
+    ASSERT_EQ(R({"add", file, "/", "N"}).code, 0);
+    EXPECT_EQ(R({"get", file, "/", "Name"}).out, "notes\n");
+    std::string copy = (dir / "Field Notes.ryl").string();
+    std::filesystem::copy_file(file, copy);
+    EXPECT_EQ(R({"get", copy, "/", "Name"}).out, "Field Notes\n");
+    ASSERT_EQ(R({"set", copy, "/N", "Color", "red"}).code, 0);
+    EXPECT_NE(Slurp(copy).find("<attribute name=\"Name\">Field Notes</attribute>"), std::string::npos);
+    EXPECT_EQ(R({"get", file, "/", "Name"}).out, "notes\n");
 }

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Change.h"
-#include "CoreHooks.h"
+#include "Hooks.h"
 #include "Log.h"
 #include "NodeID.h"
 #include "NodeIndex.h"
@@ -27,10 +27,10 @@ TEST(NodeTree, ElderUnderAnotherParentIsDroppedWithLogLine) {
 TEST(NodeTree, MovingInPlaceRunsOnlyAdornmentActions) {
     Hypertext doc;
     int adds = 0, removes = 0, adornments = 0;
-    CoreHooks saved = GetCoreHooks();
-    GetCoreHooks().onAdd = [&](Node*, Node*) { ++adds; };
-    GetCoreHooks().onRemove = [&](Node*, Node*) { ++removes; };
-    GetCoreHooks().onAdornments = [&](Node*, const NodeVector&) { ++adornments; };
+    StHooks hooks;
+    hooks->onAdd = [&](Node*, Node*) { ++adds; };
+    hooks->onRemove = [&](Node*, Node*) { ++removes; };
+    hooks->onAdornments = [&](Node*, const NodeVector&) { ++adornments; };
     Node* a = MakeNote(doc, "A");
     Node* b = MakeNote(doc, "B", nullptr, a);
     Node* c = MakeNote(doc, "C", a);
@@ -52,7 +52,6 @@ TEST(NodeTree, MovingInPlaceRunsOnlyAdornmentActions) {
     NodePosition(c).DoMoveToInternal(b, nullptr, 5, 5);
     EXPECT_EQ(adds, 1);
     EXPECT_EQ(removes, 1);
-    GetCoreHooks() = saved;
 }
 
 TEST(NodeTree, HidingTakesTheSubtreeOutOfTreeAndIndex) {

@@ -492,9 +492,10 @@ TEST(DocumentFormat, PreferencesOlderFilesAndWhatCountsAsADocument) {
     Hypertext doc;
     doc.GetPreferences()->Set("LastVersionSeen", "7.1");
     doc.GetPreferences()->Set("Odd key & <more>", "value with\nline and \"quotes\"");
-    doc.GetPreferences()->Set("HTMLExportExtension", ".htm");
+    doc.GetPreferences()->Set("HTMLExtension", ".htm");
     AddNote(doc, "only");
     std::string bytes = WriteDocument(doc);
+    EXPECT_NE(bytes.find("<pref name=\"HTMLExtension\" >.htm</pref>"), std::string::npos);
     std::string error;
     auto copy = ReadDocument(bytes, &error);
     ASSERT_TRUE(copy) << error;
@@ -503,6 +504,7 @@ TEST(DocumentFormat, PreferencesOlderFilesAndWhatCountsAsADocument) {
     // The export extension of earlier documents becomes the preferred one when
     // it is ".html" or empty, and stays when the document chose another.
     EXPECT_EQ(copy->AttributeStorage()->GetAttribute("HTMLExportExtension")->GetDefaultValueAsString(), ".htm");
+    EXPECT_EQ(copy->Root()->Son()->GetString("HTMLExportPath"), "/only.htm");
     std::string chosen = bytes;
     std::string tag = TagHolding(chosen, "<attrib Name=\"HTMLExportExtension\"");
     ASSERT_NE(tag.find("default=\".html\""), std::string::npos) << tag;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ActionResult.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 TEST(ActionResultTest, Construction) {
     ActionResult none;
@@ -23,7 +23,8 @@ TEST(ActionResultTest, Construction) {
     EXPECT_EQ(d.AsDictionary()->at("b"), "2");
 
     static NodeVector seen;
-    GetValueHooks().pathString = [](const NodeVector& nodes) {
+    StHooks hooks;
+    hooks->pathString = [](const NodeVector& nodes) {
         seen = nodes;
         return std::string("/a;/b");
     };
@@ -34,7 +35,7 @@ TEST(ActionResultTest, Construction) {
     EXPECT_EQ(group.AsString(), "/a;/b");
     EXPECT_EQ(group.AsNodes().First(), fake);
     EXPECT_EQ(seen.size(), 1u);
-    GetValueHooks() = ValueHooks();
+    hooks->pathString = nullptr;
     EXPECT_EQ(ActionResult(notes).AsString(), "");
 }
 
@@ -94,7 +95,7 @@ TEST(ActionResultTest, ListsDictionariesAndAppend) {
     EXPECT_FALSE(ActionResult(3.0) == "3");  // the raw field is still empty
 
     EXPECT_EQ(ActionResult("#00ff00").AsColor(nullptr), PColor(0, 0xFFFF, 0));
-    GetValueHooks().translateColorForNode = [](const Node*, const std::string&) { return PColor::White(); };
+    StHooks hooks;
+    hooks->translateColorForNode = [](const Node*, const std::string&) { return PColor::White(); };
     EXPECT_EQ(ActionResult("white").AsColor(nullptr), PColor::White());
-    GetValueHooks() = ValueHooks();
 }

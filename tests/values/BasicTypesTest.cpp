@@ -8,7 +8,7 @@
 #include "SFile.h"
 #include "SGeometry.h"
 #include "Transformer.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 TEST(PColorTest, TextForms) {
     PColor c;
@@ -106,11 +106,11 @@ TEST(TransformerTest, Names) {
     Node* original = reinterpret_cast<Node*>(0x20);
     auto byOriginal = Transformer::Create("original note");
     EXPECT_EQ(byOriginal->ChooseNode(alias), alias);
-    GetValueHooks().originalOf = [&](const Node* n) -> const Node* { return n == alias ? original : n; };
+    StHooks hooks;
+    hooks->originalOf = [&](const Node* n) -> const Node* { return n == alias ? original : n; };
     EXPECT_EQ(byOriginal->ChooseNode(alias), original);
     EXPECT_EQ(byOriginal->Transform("Text"), "Text");
     EXPECT_EQ(Transformer::Create("normal")->ChooseNode(alias), alias);
-    GetValueHooks() = ValueHooks();
 }
 
 TEST(NodeVectorTest, Container) {

@@ -8,6 +8,7 @@
 #include "DateFormatterUtilities.h"
 #include "DateTestSupport.h"
 #include "DateTranslator.h"
+#include "Hooks.h"
 #include "STime.h"
 
 using DateTranslatorTest = DateTest;
@@ -160,10 +161,11 @@ TEST_F(DateTranslatorTest, ISO8601InBothForms) {
 
 TEST_F(DateTranslatorTest, AttributeReferencesGoThroughTheHook) {
     std::vector<std::string> asked;
-    DateTranslatorHooks::SetAttributeReader([&](Node*, const std::string& name) {
+    StHooks hooks;
+    hooks->readAttribute = [&](Node*, const std::string& name) {
         asked.push_back(name);
         return name == "Due" ? std::string("2021-03-04") : std::string();
-    });
+    };
     Node* note = reinterpret_cast<Node*>(0x1);
     EXPECT_EQ(STime::For("$Due+1 day", note).ISO8601DateString(), "2021-03-05T00:00:00Z");
     EXPECT_EQ(STime::For("$Due -2 weeks", note).ISO8601DateString(), "2021-02-18T00:00:00Z");
@@ -176,7 +178,7 @@ TEST_F(DateTranslatorTest, AttributeReferencesGoThroughTheHook) {
     EXPECT_EQ(asked[3], "Duee");
     // Without a note the base is now.
     EXPECT_EQ(STime::For("$Due+1 day").ISO8601DateString(), "2021-03-11T14:25:36Z");
-    DateTranslatorHooks::SetAttributeReader(nullptr);
+    hooks->readAttribute = nullptr;
     EXPECT_EQ(STime::For("$Due+1", note).ISO8601DateString(), "2021-03-11T14:25:36Z");
 }
 

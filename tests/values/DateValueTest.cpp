@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "DateTestSupport.h"
 #include "DateValue.h"
 
 namespace {
@@ -126,9 +127,11 @@ TEST(DateValueTest, WrittenFormsAgreeWithTheCalendar) {
         // Made from the instant alone, the text comes from the calendar.
         EXPECT_EQ(ValuePtr(Value::ForDate(read->AsTime()))->AsXML(), text);
     }
-    // Texts that are not the universal form are kept as they were written.
-    for (const char* text : {"2026-01-01", "2026-1-2", "1500-06-01T00:00:00Z"})
-        EXPECT_EQ(ValuePtr(Value::ForDate(text))->AsXML(), text);
+    // Texts that are not the universal form are written as the instant's
+    // ISO 8601 text.
+    EXPECT_EQ(ValuePtr(Value::ForDate("2026-01-01"))->AsXML(), "2026-01-01T00:00:00Z");
+    EXPECT_EQ(ValuePtr(Value::ForDate("2026-1-2"))->AsXML(), "2026-01-02T00:00:00Z");
+    EXPECT_EQ(ValuePtr(Value::ForDate("1500-06-01T00:00:00Z"))->AsXML(), "1500-06-01T00:00:00Z");
     // Fields out of range are left to the general reader.
     STime ignored;
     for (const char* text : {"2026-02-29T00:00:00Z", "1900-02-29T00:00:00Z", "2026-13-01T00:00:00Z",
@@ -140,4 +143,40 @@ TEST(DateValueTest, WrittenFormsAgreeWithTheCalendar) {
     EXPECT_EQ(ignored.UniversalText(), "2000-02-29T23:59:59Z");
     EXPECT_EQ(STime(0.5).UniversalText(), "");
     EXPECT_EQ(STime::Never().UniversalText(), "");
+}
+
+// A date given as free text is written as the instant it stood for when it
+// was given, never as the text: "tomorrow" read back a day later must still
+// be the same day.
+TEST_F(DateTest, TypedTextIsWrittenAsTheInstant) {
+    for (const char* text : {"tomorrow", "friday", "now", "1066", "3/15", "7/2000", "1500000000", "-2500",
+                             "2021-03-04", "tomorrow+1 day", "next friday 5pm"}) {
+        ValuePtr date(Value::ForDate(text));
+        STime time = date->AsTime();
+        ASSERT_FALSE(time.IsNever()) << text;
+        EXPECT_EQ(time, STime::For(text)) << text;
+        EXPECT_EQ(date->AsXML(), time.ISO8601DateString()) << text;
+        EXPECT_EQ(date->AsString(), date->AsXML()) << text;
+        // The written form reads back as the same instant.
+        EXPECT_EQ(ValuePtr(Value::ForDate(date->AsXML()))->AsTime(), time) << text;
+        ValuePtr copy(date->Clone());
+        EXPECT_EQ(copy->AsXML(), date->AsXML()) << text;
+    }
+    EXPECT_EQ(ValuePtr(Value::ForDate("tomorrow"))->AsXML(), "2021-03-11T14:25:36Z");
+    EXPECT_EQ(ValuePtr(Value::ForDate("1500000000"))->AsXML(), "2017-07-14T02:40:00Z");
+    EXPECT_EQ(ValuePtr(Value::ForDate("never"))->AsXML(), "never");
+    EXPECT_EQ(ValuePtr(Value::Create(AttributeType::kDate, "friday"))->AsString(), "2021-03-12T14:25:36Z");
+}
+
+// The universal form given in a zone with an offset is written with that
+// zone's offset, as every other date there is.
+TEST(DateValueZones, UniversalTextFollowsTheLocalZone) {
+    {
+        StDateEnvironment berlin("Europe/Berlin", "en_US.UTF-8", kWednesday);
+        ValuePtr date(Value::ForDate("2021-03-04T10:00:00Z"));
+        EXPECT_EQ(date->AsXML(), "2021-03-04T11:00:00+01:00");
+        EXPECT_EQ(date->AsTime(), STime(1614852000.0));
+    }
+    StDateEnvironment universal("UTC", "en_US.UTF-8", kWednesday);
+    EXPECT_EQ(ValuePtr(Value::ForDate("2021-03-04T10:00:00Z"))->AsXML(), "2021-03-04T10:00:00Z");
 }

@@ -8,7 +8,6 @@
 #include "Parser.h"
 #include "SetList.h"
 #include "Value.h"
-#include "ValueHooks.h"
 #include "ValueRecyclingPool.h"
 
 TEST(ParserHelpers, StripTrimAndQuotes) {

@@ -6,7 +6,7 @@
 
 #include "DateValue.h"
 #include "PString.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 #include "ValueRecyclingPool.h"
 
 namespace {
@@ -37,14 +37,15 @@ TEST(ValueRecyclingPoolTest, DefersReleaseUntilDrained) {
 
         // With a main-thread runner installed, release waits for it.
         std::vector<std::function<void()>> mainQueue;
-        GetValueHooks().runOnMainThread = [&](std::function<void()> block) { mainQueue.push_back(block); };
+        StHooks hooks;
+        hooks->runOnMainThread = [&](std::function<void()> block) { mainQueue.push_back(block); };
         pool.Add(new Tracked);
         pool.Drain();
         EXPECT_EQ(Tracked::destroyed, 1000);
         ASSERT_EQ(mainQueue.size(), 1u);
         mainQueue.front()();
         EXPECT_EQ(Tracked::destroyed, 1001);
-        GetValueHooks() = ValueHooks();
+        hooks->runOnMainThread = nullptr;
 
         pool.Add(new Tracked);
     }

@@ -7,7 +7,7 @@
 #include "Log.h"
 #include "Transformer.h"
 #include "Value.h"
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 namespace {
 
@@ -163,13 +163,13 @@ TEST(ValueConversions, ColorsRectsFiles) {
     // Export resolves names through the document's colour table.
     Hypertext* document = reinterpret_cast<Hypertext*>(0x1);
     EXPECT_EQ(ColorValue("red").AsExportString("", document), "#000000");
-    GetValueHooks().translateColorForDocument = [](Hypertext*, const std::string& name) {
+    StHooks hooks;
+    hooks->translateColorForDocument = [](Hypertext*, const std::string& name) {
         return name == "red" ? PColor(0xFFFF, 0, 0) : PColor();
     };
     EXPECT_EQ(ColorValue("red").AsExportString("", document), "#ff0000");
     EXPECT_EQ(ColorValue("red").AsExportString("", nullptr), "#000000");
     EXPECT_EQ(ColorValue("#00ff00").AsExportString("", document), "#00ff00");
-    GetValueHooks().translateColorForDocument = nullptr;
 
     RectValue rect(SRect(1.5, 2, 3, 4));
     EXPECT_EQ(rect.AsString(), "1.5 2 3 4");
@@ -292,14 +292,15 @@ TEST(ValueLifecycle, DictionaryValue) {
     EXPECT_EQ(built.compare(ValuePtr(Value::Create("a:1;z:26")).get()), 0);
 }
 
-TEST(ValueHooksUse, ActionsAndStValue) {
+TEST(HooksUse, ActionsAndStValue) {
     struct Counter {
         int compiled = 0, recycled = 0, parsed = 0;
     };
     static Counter counter;
     counter = Counter();
     Action* fake = reinterpret_cast<Action*>(0x1234);
-    ValueHooks& hooks = GetValueHooks();
+    StHooks guard;
+    Hooks& hooks = *guard;
     hooks.createAction = [fake](const std::string& text) -> Action* {
         if (text == "throw") throw 1;
         ++counter.compiled;
@@ -337,7 +338,9 @@ TEST(ValueHooksUse, ActionsAndStValue) {
     EXPECT_EQ(StringValue("bad").EvaluateFor(nullptr), "");
     EXPECT_EQ(StringValue("boom").EvaluateFor(nullptr), "syntax error");
     EXPECT_EQ(LongValue(1).EvaluateFor(nullptr), "");
-    hooks = ValueHooks();
+    hooks.parseAction = nullptr;
+    hooks.evaluateAction = nullptr;
+    hooks.createAction = nullptr;
     EXPECT_EQ(StringValue("x").EvaluateFor(nullptr), "");
     EXPECT_EQ(StringValue("x").AsAgentAction(nullptr), nullptr);
 
@@ -358,5 +361,18 @@ TEST(ValueHooksUse, ActionsAndStValue) {
         EXPECT_EQ(none.compare(&five), 0);
     }
     EXPECT_EQ(handedBack, 1);
-    hooks = ValueHooks();
+}
+
+TEST(HooksUse, ScopeRestoresWhatWasInstalled) {
+    StHooks outer;
+    outer->displayName = [](const Node*) { return std::string("outer"); };
+    {
+        StHooks inner;
+        inner->displayName = [](const Node*) { return std::string("inner"); };
+        inner->noteURL = [](const Node*) { return std::string("url"); };
+        EXPECT_EQ(GetHooks().displayName(nullptr), "inner");
+    }
+    ASSERT_TRUE(GetHooks().displayName);
+    EXPECT_EQ(GetHooks().displayName(nullptr), "outer");
+    EXPECT_FALSE(GetHooks().noteURL);
 }

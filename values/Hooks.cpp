@@ -1,13 +1,15 @@
-#include "ValueHooks.h"
+#include "Hooks.h"
 
 #include "NodeVector.h"
 
-ValueHooks& GetValueHooks() {
-    static ValueHooks hooks;
+Hooks& EditHooks() {
+    static Hooks hooks;
     return hooks;
 }
 
+const Hooks& GetHooks() { return EditHooks(); }
+
 std::string NodeVector::PathString() const {
-    const ValueHooks& hooks = GetValueHooks();
+    const Hooks& hooks = GetHooks();
     return hooks.pathString ? hooks.pathString(*this) : std::string();
 }

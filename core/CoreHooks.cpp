@@ -1,17 +1,16 @@
-// Lets values reach the document: paths of notes, colour names, deferred
-// deletion. Installed once, when the first document is made.
+#include "CoreHooks.h"
+
 #include <mutex>
 
-#include "DateTranslator.h"
+#include "Hooks.h"
 #include "Hypertext.h"
 #include "NodeFacade.h"
 #include "Value.h"
-#include "ValueHooks.h"
 
-void InstallCoreValueHooks() {
+void InstallCoreHooks() {
     static std::once_flag once;
     std::call_once(once, [] {
-        ValueHooks& hooks = GetValueHooks();
+        Hooks& hooks = EditHooks();
         hooks.pathString = [](const NodeVector& nodes) {
             std::string joined;
             for (size_t i = 0; i < nodes.size(); ++i) {
@@ -36,8 +35,8 @@ void InstallCoreValueHooks() {
             HypertextFacade(note ? note->GetHypertext() : nullptr).DeleteValue(value);
         };
         // Date text such as "$DueDate+1 day" reads the note's attribute.
-        DateTranslatorHooks::SetAttributeReader([](Node* note, const std::string& name) {
+        hooks.readAttribute = [](Node* note, const std::string& name) {
             return note ? note->GetString(name) : std::string();
-        });
+        };
     });
 }

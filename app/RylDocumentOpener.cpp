@@ -1,0 +1,22 @@
+#include "RylDocumentOpener.h"
+
+#include <filesystem>
+
+#include "Hypertext.h"
+#include "Node.h"
+
+std::string RylDocumentOpener::DocumentName(const std::string& path) {
+    return std::filesystem::path(path).stem().string();
+}
+
+void RylDocumentOpener::prepare() {
+    if (!hypertext || !hypertext->Root())
+        return;
+    std::string name = DocumentName(path);
+    if (name.empty())
+        return;
+    bool dontRename = hypertext->DontRename();
+    hypertext->DontRename(true);
+    hypertext->Root()->SetName(name);
+    hypertext->DontRename(dontRename);
+}
