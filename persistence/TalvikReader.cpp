@@ -112,6 +112,20 @@ bool TalvikReader::Read(std::string_view data) {
 
 bool TalvikReader::Read(std::istream& stream) { return Finish(Parse(stream)); }
 
+namespace {
+
+// Digits only, few enough to fit an int.
+bool IsSmallNumber(const std::string& text) {
+    if (text.empty() || text.size() > 6)
+        return false;
+    for (char c : text)
+        if (c < '0' || c > '9')
+            return false;
+    return true;
+}
+
+} // namespace
+
 bool TalvikReader::ReadFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file) {
@@ -144,6 +158,11 @@ bool TalvikReader::StartItem(XMLItem* item) {
             return false;
         }
         sawRoot = true;
+        // A version that is no small whole number is as unknown as a newer one.
+        if (const std::string* text = item->Attributes().Find("version"); text && !IsSmallNumber(*text)) {
+            Fail("version " + *text + " files are not supported");
+            return false;
+        }
         version = static_cast<int>(item->Attributes().GetLong("version"));
         revision = static_cast<int>(item->Attributes().GetLong("revision"));
         if (version >= 3) {
