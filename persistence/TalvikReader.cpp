@@ -609,6 +609,7 @@ void TalvikReader::MakeAliases() {
 
 void TalvikReader::MakePrototypes() {
     NodeIndex* index = hypertext->GetIndex();
+    PrototypeChains chains;
     for (auto& request : prototypeRequests) {
         Node* node = request.first;
         const std::string& name = request.second;
@@ -616,8 +617,9 @@ void TalvikReader::MakePrototypes() {
         if (!prototype)
             prototype = HypertextFacade(hypertext).First([&name](Node* n) { return !n->IsHidden() && n->Name() == name; });
         if (prototype && !prototype->IsHidden() && prototype != node &&
-            NodeInheritance(node).CanBePrototype(prototype->GetOriginal())) {
+            chains.CanBePrototype(node, prototype->GetOriginal())) {
             NodeLinks(node).CreatePrototypeLink(prototype->GetOriginal());
+            chains.Linked(node, prototype->GetOriginal());
         } else {
             node->RequestPrototype(name);
         }
