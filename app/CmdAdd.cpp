@@ -10,6 +10,7 @@
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
 #include "NodeIndex.h"
+#include "UnicodeString.h"
 
 namespace {
 
@@ -31,6 +32,8 @@ int RunAdd(const AddState& state) {
     Node* parent = session->Note(state.parent, error);
     if (!parent)
         return CommandFailure(error);
+    if (!UnicodeString::IsValidUTF8(state.name))
+        return CommandFailure(state.file + ": the name is not valid UTF-8");
     if (!parent->CanReceiveChildren())
         return CommandFailure(state.file + ": " + state.parent + " cannot hold notes");
     if (!session->CanHoldDepth(DepthOfNote(parent) + 1, error))
@@ -54,7 +57,7 @@ int RunAdd(const AddState& state) {
         NodeText(note).SetText(state.text);
     if (!session->Save(error))
         return CommandFailure(error);
-    std::cout << PathOfNote(note) << "\n";
+    std::cout << LineSafe(PathOfNote(note)) << "\n";
     return 0;
 }
 

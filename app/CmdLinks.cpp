@@ -21,12 +21,12 @@ struct LinksState {
 void PrintLink(const Link* link, bool outbound) {
     std::cout << (outbound ? "-> " : "<- ");
     if (outbound)
-        std::cout << (link->IsWebLink() ? link->URL() : PathOfNote(link->DestNode()));
+        std::cout << LineSafe(link->IsWebLink() ? link->URL() : PathOfNote(link->DestNode()));
     else
-        std::cout << PathOfNote(link->SourceNode());
-    std::cout << " (" << link->Name() << ")";
+        std::cout << LineSafe(PathOfNote(link->SourceNode()));
+    std::cout << " (" << LineSafe(link->Name()) << ")";
     if (link->IsTextLink())
-        std::cout << " [" << link->AnchorText() << "]";
+        std::cout << " [" << LineSafe(link->AnchorText()) << "]";
     std::cout << "\n";
 }
 

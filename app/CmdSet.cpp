@@ -6,10 +6,14 @@
 
 #include "Attribute.h"
 #include "Commands.h"
+#include "DocumentFile.h"
 #include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Node.h"
+#include "NodeIndex.h"
 #include "Props.h"
+#include "Prototypes.h"
+#include "UnicodeString.h"
 
 namespace {
 
@@ -19,6 +23,32 @@ struct SetState {
     std::string attribute;
     std::string value;
 };
+
+// Whether the note named `state.value` (found as the Prototype attribute
+// finds it) may become the prototype of `node`; the model refuses the others
+// without a word, so the reason is told here.
+bool CheckPrototype(const DocumentSession& session, Node* node, const SetState& state, std::string& error) {
+    NodeIndex* index = session.Document()->GetIndex();
+    Node* found = index ? index->FindPrototype(state.value) : nullptr;
+    if ((!found || found->IsHidden()) && index)
+        found = index->Find(state.value);
+    const std::string& file = session.File();
+    if (!found || found->IsHidden()) {
+        error = file + ": no note named " + LineSafe(state.value) + " to be the prototype";
+        return false;
+    }
+    Node* prototype = found->GetOriginal();
+    if (prototype == node->GetOriginal()) {
+        error = file + ": " + LineSafe(state.path) + " cannot be its own prototype";
+        return false;
+    }
+    if (!NodeInheritance(node).CanBePrototype(prototype)) {
+        error = file + ": " + LineSafe(state.value) + " cannot be the prototype of " + LineSafe(state.path) +
+                ": its prototypes lead back to it";
+        return false;
+    }
+    return true;
+}
 
 int RunSet(const SetState& state) {
     std::string error;
@@ -33,6 +63,10 @@ int RunSet(const SetState& state) {
         return CommandFailure(error);
     if (!attribute->IsValid() || !attribute->IsEditable())
         return CommandFailure(state.file + ": the attribute " + attribute->Name() + " cannot be set");
+    if (attribute->Name() == "Name" && !UnicodeString::IsValidUTF8(state.value))
+        return CommandFailure(state.file + ": the name is not valid UTF-8");
+    if (attribute->Name() == "Prototype" && !state.value.empty() && !CheckPrototype(*session, node, state, error))
+        return CommandFailure(error);
     node->Set(attribute, state.value);
     if (!session->Save(error))
         return CommandFailure(error);

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "Commands.h"
+#include "DocumentFile.h"
 #include "DocumentSession.h"
 #include "Hypertext.h"
 #include "Node.h"
@@ -15,7 +16,7 @@ struct TreeState {
 };
 
 void PrintNote(const Node* node, int depth) {
-    std::cout << std::string(static_cast<size_t>(depth) * 2, ' ') << node->Name();
+    std::cout << std::string(static_cast<size_t>(depth) * 2, ' ') << LineSafe(node->Name());
     if (node->IsAlias())
         std::cout << " (alias)";
     std::cout << "\n";

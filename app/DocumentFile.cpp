@@ -190,3 +190,32 @@ int HeightOfNote(const Node* node) {
         n = n->Brother();
     }
 }
+
+std::string LineSafe(const std::string& text) {
+    bool plain = text.empty() || text[0] != '"';
+    for (unsigned char c : text)
+        if (c < 0x20 || c == 0x7f)
+            plain = false;
+    if (plain)
+        return text;
+    static const char kHex[] = "0123456789abcdef";
+    std::string quoted = "\"";
+    for (unsigned char c : text) {
+        switch (c) {
+        case '\n': quoted += "\\n"; break;
+        case '\r': quoted += "\\r"; break;
+        case '\t': quoted += "\\t"; break;
+        case '"': quoted += "\\\""; break;
+        case '\\': quoted += "\\\\"; break;
+        default:
+            if (c < 0x20 || c == 0x7f) {
+                quoted += "\\x";
+                quoted += kHex[c >> 4];
+                quoted += kHex[c & 15];
+            } else {
+                quoted += static_cast<char>(c);
+            }
+        }
+    }
+    return quoted + "\"";
+}

@@ -49,5 +49,10 @@ const Attribute* FindAttribute(Hypertext* hypertext, const std::string& file, co
 int DepthOfNote(const Node* node);
 int HeightOfNote(const Node* node);
 
+// A name or path as one line of output shows it: as it is, unless it holds
+// a control character (a line break could fake a line) or begins with a
+// double quote; then in double quotes, with \n, \r, \t, \", \\ and \xHH.
+std::string LineSafe(const std::string& text);
+
 // The path of a note in the same form.
 std::string PathOfNote(const Node* node);

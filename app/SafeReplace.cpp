@@ -80,13 +80,17 @@ public:
         action.sa_handler = RemovePendingAndDie;
         action.sa_flags = SA_RESETHAND | SA_NODEFER;
         sigemptyset(&action.sa_mask);
+        // A signal the process ignores (as under nohup) stays ignored.
         for (size_t i = 0; i < std::size(kCleanupSignals); ++i)
-            ::sigaction(kCleanupSignals[i], &action, &previous[i]);
+            installed[i] = ::sigaction(kCleanupSignals[i], nullptr, &previous[i]) == 0 &&
+                           previous[i].sa_handler != SIG_IGN &&
+                           ::sigaction(kCleanupSignals[i], &action, nullptr) == 0;
     }
     ~SignalGuard() {
         pendingFolder.store(-1);
         for (size_t i = 0; i < std::size(kCleanupSignals); ++i)
-            ::sigaction(kCleanupSignals[i], &previous[i], nullptr);
+            if (installed[i])
+                ::sigaction(kCleanupSignals[i], &previous[i], nullptr);
     }
 
     void Pending(int folder, const std::string& name) {
@@ -99,6 +103,7 @@ public:
 
 private:
     struct sigaction previous[std::size(kCleanupSignals)] {};
+    bool installed[std::size(kCleanupSignals)] {};
 };
 
 class Descriptor {

@@ -8,6 +8,7 @@
 #include "Node.h"
 #include "NodeFacade.h"
 #include "Prefs.h"
+#include "PropertyList.h"
 #include "STime.h"
 #include "Value.h"
 
@@ -120,6 +121,16 @@ bool Attribute::IsUserAttribute() const {
 }
 
 void Attribute::SetName(const std::string& newName) {
+    // Lists of values are kept in the order of attribute names; a renamed
+    // attribute may stand out of that order in them from now on.
+    struct RenameCheck {
+        const std::string& name;
+        const std::string before;
+        ~RenameCheck() {
+            if (!before.empty() && before != name)
+                PropertyList::AttributeRenamed();
+        }
+    } check{name, name};
     bool needsCleaning = false;
     for (unsigned char c : newName)
         if (c == ' ' || c == '>' || (c >= '0' && c <= '9'))

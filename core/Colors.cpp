@@ -8,10 +8,13 @@
 
 namespace {
 
-bool SameName(const std::string& a, const std::string& b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-           });
+// Names compare ignoring the case of ASCII letters.
+std::string Folded(const std::string& name) {
+    std::string folded = name;
+    for (char& c : folded)
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    return folded;
 }
 
 PColor Mix(const PColor& c, const PColor& toward, double amount) {
@@ -76,23 +79,25 @@ bool Colors::ReadXML(const std::string& text) {
     XMLReader reader;
     if (!reader.Parse(text))
         return false;
-    entries.clear();
+    Clear();
     Add(reader.GetNodeList());
     return true;
 }
 
 Colors::Entry* Colors::FindEntry(const std::string& name) {
-    for (auto& e : entries)
-        if (SameName(e.name, name))
-            return &e;
-    return nullptr;
+    auto found = positions.find(Folded(name));
+    return found == positions.end() ? nullptr : &entries[found->second];
 }
 
 const Colors::Entry* Colors::FindEntry(const std::string& name) const {
-    for (const auto& e : entries)
-        if (SameName(e.name, name))
-            return &e;
-    return nullptr;
+    auto found = positions.find(Folded(name));
+    return found == positions.end() ? nullptr : &entries[found->second];
+}
+
+void Colors::Reindex() {
+    positions.clear();
+    for (size_t i = 0; i < entries.size(); ++i)
+        positions.emplace(Folded(entries[i].name), i);
 }
 
 bool Colors::Find(const std::string& name, PColor& color) const {
@@ -137,11 +142,16 @@ void Colors::Set(const std::string& name, const PColor& color, bool hidden) {
         e->hidden = hidden;
         return;
     }
+    positions.emplace(Folded(name), entries.size());
     entries.push_back({name, color, hidden});
 }
 
 void Colors::Remove(const std::string& name) {
-    std::erase_if(entries, [&](const Entry& e) { return SameName(e.name, name); });
+    if (positions.count(Folded(name)) == 0)
+        return;
+    const std::string folded = Folded(name);
+    std::erase_if(entries, [&](const Entry& e) { return Folded(e.name) == folded; });
+    Reindex();
 }
 
 bool Colors::IsHidden(const std::string& name) const {

@@ -7,6 +7,7 @@
 //   <color name="red" hidden="0">#e0301e</color>
 //   </colors>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "PColor.h"
@@ -41,7 +42,10 @@ public:
     void Remove(const std::string& name);
     bool IsHidden(const std::string& name) const;
     void SetHidden(const std::string& name, bool hidden);
-    void Clear() { entries.clear(); }
+    void Clear() {
+        entries.clear();
+        positions.clear();
+    }
     const std::vector<Entry>& Entries() const { return entries; }
     size_t size() const { return entries.size(); }
 
@@ -63,5 +67,9 @@ private:
     explicit Colors(EmptyTag) {}
     Entry* FindEntry(const std::string& name);
     const Entry* FindEntry(const std::string& name) const;
+    void Reindex();
     std::vector<Entry> entries;
+    // Where each name stands in `entries`, by its name folded to lower case,
+    // so that a table of many colours is not searched whole for each one.
+    std::unordered_map<std::string, size_t> positions;
 };

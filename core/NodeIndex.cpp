@@ -26,30 +26,30 @@ void NodeIndex::Remove(Node* node) {
     if (!node)
         return;
     nameQueue.Sync([&] {
-        // Usually the entry stands under the note's present name; a note
-        // renamed since the last rebuild is found by scanning.
         auto named = byName.find(node->Name());
         if (named != byName.end() && named->second == node) {
             byName.erase(named);
             return;
         }
-        for (auto it = byName.begin(); it != byName.end(); ++it)
-            if (it->second == node) {
-                byName.erase(it);
-                break;
-            }
+        // Not under its present name: it is not in the cache, or was renamed
+        // (or lost its values, while being deleted) since the cache was made.
+        // Scanning for it would cost the whole cache for every note deleted
+        // (a note is removed twice on deletion, and aliases never stand in
+        // the cache), so a valid cache is dropped instead and made again
+        // when next asked; an invalid one is cleared by that rebuild anyway.
+        if (nameValid) {
+            byName.clear();
+            nameValid = false;
+        }
     });
     mapQueue.Sync([&] {
+        // A note's id changes only through SetID and SetHypertext, which take
+        // it out of the index first, so it stands under its present id.
         auto range = byID.equal_range(node->GetID().GetID());
         for (auto it = range.first; it != range.second; ++it)
             if (it->second == node) {
                 byID.erase(it);
                 return;
-            }
-        for (auto it = byID.begin(); it != byID.end(); ++it)
-            if (it->second == node) {
-                byID.erase(it);
-                break;
             }
     });
 }

@@ -1,6 +1,7 @@
 #include "PropertyList.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "Attribute.h"
 #include "Node.h"
@@ -20,11 +21,24 @@ PropertyList::~PropertyList() { DeleteValues(); }
 // Lookups compare pointers in a straight scan: a note holds few values, and
 // a scan of pointers is cheaper than a binary search that compares names.
 // Insertion keeps the name order that files are written in.
+namespace {
+
+std::atomic<bool> anyRenamed{false};
+
+} // namespace
+
+void PropertyList::AttributeRenamed() { anyRenamed.store(true, std::memory_order_relaxed); }
+
 std::vector<PropertyList::Entry>::iterator PropertyList::Find(const Attribute* attribute) {
-    return std::find_if(entries.begin(), entries.end(), [attribute](const Entry& e) { return e.first == attribute; });
+    auto found = static_cast<const PropertyList*>(this)->Find(attribute);
+    return entries.begin() + (found - entries.cbegin());
 }
 
 std::vector<PropertyList::Entry>::const_iterator PropertyList::Find(const Attribute* attribute) const {
+    if (attribute && entries.size() > kScanLimit && !anyRenamed.load(std::memory_order_relaxed)) {
+        auto it = std::lower_bound(entries.begin(), entries.end(), attribute, Before);
+        return it != entries.end() && it->first == attribute ? it : entries.end();
+    }
     return std::find_if(entries.begin(), entries.end(), [attribute](const Entry& e) { return e.first == attribute; });
 }
 

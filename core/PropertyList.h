@@ -31,6 +31,10 @@ public:
         // through prototype chains miss on every note but the last.
         if (!(summary & bit))
             return nullptr;
+        if (entries.size() > kScanLimit) {
+            auto found = Find(attribute);
+            return found == entries.end() ? nullptr : found->second;
+        }
         for (const Entry& e : entries)
             if (e.first == attribute)
                 return e.second;
@@ -54,12 +58,19 @@ public:
     // that many (as a reader knows from the notes before).
     void Reserve(size_t count) { entries.reserve(count); }
 
+    // Some attribute was renamed: lists may no longer be in name order, and
+    // are searched from end to end from now on.
+    static void AttributeRenamed();
+
     size_t size() const { return entries.size(); }
     bool empty() const { return entries.empty(); }
     std::vector<Entry>::const_iterator begin() const { return entries.begin(); }
     std::vector<Entry>::const_iterator end() const { return entries.end(); }
 
 private:
+    // Lists of more values than this are searched by halving, in the name
+    // order they are kept in (a note may hold tens of thousands of values).
+    static constexpr size_t kScanLimit = 16;
     static uint64_t BitOf(const Attribute* attribute);
     void Resummarize();
     std::vector<Entry>::iterator Find(const Attribute* attribute);

@@ -21,6 +21,7 @@ void Props::Restamp() {
 
 void Props::Clear() {
     Restamp();
+    lastAdopted = nullptr;
     byName.clear();
     while (!owned.empty())
         owned.pop_back();
@@ -50,7 +51,12 @@ Attribute* Props::Adopt(Attribute* attribute, Attribute* parent) {
         return nullptr;
     }
     owned.emplace_back(attribute);
-    (parent ? parent : root)->AddSon(attribute);
+    Attribute* father = parent ? parent : root;
+    if (lastAdopted && lastAdopted->Father() == father && !lastAdopted->Brother())
+        lastAdopted->AddBrother(attribute);
+    else
+        father->AddSon(attribute);
+    lastAdopted = attribute;
     return attribute;
 }
 
@@ -62,6 +68,8 @@ void Props::RemoveAttribute(Attribute* attribute) {
     if (it == byName.end() || it->second != attribute)
         return;
     byName.erase(it);
+    if (lastAdopted == attribute)
+        lastAdopted = nullptr;
     // Its children move up to its father, so that they stay in the tree.
     Attribute* father = attribute->Father();
     while (Attribute* child = attribute->Son())

@@ -84,4 +84,8 @@ private:
     Attribute* nullAttribute = nullptr;
     std::unordered_map<std::string, Attribute*> byName;
     std::vector<std::unique_ptr<Attribute>> owned;
+    // The attribute adopted last: the next one adopted under the same father
+    // goes straight after it, instead of after a walk along all of its
+    // brothers (a document may define tens of thousands under one category).
+    Attribute* lastAdopted = nullptr;
 };

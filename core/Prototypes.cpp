@@ -38,6 +38,67 @@ void NodeInheritance::SetRelationHandlers(RelationMaker create, RelationMaker re
     removeRelation = remove ? remove : RemoveRelationDirectly;
 }
 
+// ----------------------------------------------------------- PrototypeChains
+
+namespace {
+
+// Marks in PrototypeChains::further: a note on the walk under way, and a
+// note whose chain has a loop.
+Node* const kOnWalk = reinterpret_cast<Node*>(alignof(Node));
+Node* const kInLoop = reinterpret_cast<Node*>(2 * alignof(Node));
+
+} // namespace
+
+Node* PrototypeChains::End(Node* note) {
+    std::vector<Node*> walked;
+    Node* p = note;
+    Node* end = nullptr;
+    for (;;) {
+        auto known = further.find(p);
+        Node* next = known != further.end() ? known->second : p->GetPrototype();
+        if (next == kOnWalk || next == kInLoop) {
+            end = kInLoop;
+            break;
+        }
+        if (!next || next == p) {
+            end = p;
+            break;
+        }
+        walked.push_back(p);
+        further[p] = kOnWalk;
+        p = next;
+    }
+    for (Node* n : walked)
+        further[n] = end;
+    if (end != kInLoop)
+        further[end] = end;
+    return end == kInLoop ? nullptr : end;
+}
+
+bool PrototypeChains::CanBePrototype(Node* note, Node* candidate) {
+    if (!candidate)
+        return true;
+    if (!note || candidate == note || candidate->GetOriginal() == note->GetOriginal())
+        return false;
+    Node* self = note->GetOriginal();
+    // A note that has a prototype already is not the end of its chain, and
+    // the remembered ends do not cover it.
+    if (self->GetPrototype())
+        return NodeInheritance(note).CanBePrototype(candidate);
+    Node* end = End(candidate);
+    return end && end != self && end != note;
+}
+
+void PrototypeChains::Linked(Node* note, Node* prototype) {
+    Node* self = note ? note->GetOriginal() : nullptr;
+    auto known = self ? further.find(self) : further.end();
+    // Only a note that was the end of its chain may simply point on.
+    if (self && prototype && self->GetPrototype() == prototype && (known == further.end() || known->second == self))
+        further[self] = prototype;
+    else
+        further.clear();
+}
+
 // ----------------------------------------------------------- NodeInheritance
 
 bool NodeInheritance::CanBePrototype() const { return node && node->GetBoolean("IsPrototype"); }
@@ -183,46 +244,78 @@ const Value* NodeInheritance::InheritFromPrototype(const std::string& name) cons
 
 // --------------------------------------------------------------- NodeAliases
 
+// ------------------------------------------------------------ OrderedNodeSet
+
+bool OrderedNodeSet::Insert(Node* node) {
+    if (!where.emplace(node, slots.size()).second)
+        return false;
+    slots.push_back(node);
+    return true;
+}
+
+bool OrderedNodeSet::Erase(Node* node) {
+    auto found = where.find(node);
+    if (found == where.end())
+        return false;
+    slots[found->second] = nullptr;
+    where.erase(found);
+    if (where.empty())
+        slots.clear();
+    else if (slots.size() > 16 && where.size() < slots.size() / 2)
+        Compact();
+    return true;
+}
+
+std::vector<Node*> OrderedNodeSet::Items() const {
+    std::vector<Node*> items;
+    items.reserve(where.size());
+    ForEach([&](Node* n) { items.push_back(n); });
+    return items;
+}
+
+void OrderedNodeSet::Compact() {
+    std::erase(slots, nullptr);
+    for (size_t i = 0; i < slots.size(); ++i)
+        where[slots[i]] = i;
+}
+
+// --------------------------------------------------------------- NodeAliases
+
 NodeAliases::~NodeAliases() {
     for (auto* list : {&aliases, &hidden})
-        for (Node* a : *list)
+        list->ForEach([](Node* a) {
             if (a->IsAlias())
                 static_cast<AliasNode*>(a)->OriginalDeleted();
+        });
 }
 
 void NodeAliases::Add(Node* alias) {
-    queue.Sync([&] {
-        if (std::find(aliases.begin(), aliases.end(), alias) == aliases.end())
-            aliases.push_back(alias);
-    });
+    queue.Sync([&] { aliases.Insert(alias); });
 }
 
 void NodeAliases::HideTheAliases(bool hide) {
-    std::vector<Node*> copy = queue.Sync([&] { return aliases; });
+    std::vector<Node*> copy = queue.Sync([&] { return aliases.Items(); });
     for (Node* a : copy)
         a->Hide(hide);
 }
 
 void NodeAliases::RemoveAlias(Node* alias) {
     queue.Sync([&] {
-        aliases.erase(std::remove(aliases.begin(), aliases.end(), alias), aliases.end());
-        hidden.erase(std::remove(hidden.begin(), hidden.end(), alias), hidden.end());
+        aliases.Erase(alias);
+        hidden.Erase(alias);
     });
 }
 
 void NodeAliases::ShowTheHiddenAliases() {
-    std::vector<Node*> copy = queue.Sync([&] { return hidden; });
+    std::vector<Node*> copy = queue.Sync([&] { return hidden.Items(); });
     for (Node* a : copy)
         a->Hide(false);
 }
 
 void NodeAliases::Hiding(Node* alias, bool hiding) {
     queue.Sync([&] {
-        auto& from = hiding ? aliases : hidden;
-        auto& to = hiding ? hidden : aliases;
-        from.erase(std::remove(from.begin(), from.end(), alias), from.end());
-        if (std::find(to.begin(), to.end(), alias) == to.end())
-            to.push_back(alias);
+        (hiding ? aliases : hidden).Erase(alias);
+        (hiding ? hidden : aliases).Insert(alias);
     });
 }
 
@@ -230,26 +323,20 @@ void NodeAliases::Deleting(Node* alias) { RemoveAlias(alias); }
 
 void NodeAliases::CanForward(bool c) {
     canForward = c;
-    std::vector<Node*> copy = queue.Sync([&] { return aliases; });
+    std::vector<Node*> copy = queue.Sync([&] { return aliases.Items(); });
     for (Node* a : copy)
         a->CanForward(c);
 }
 
 NodeVector NodeAliases::Aliases() const {
     NodeVector v;
-    queue.Sync([&] {
-        for (Node* a : aliases)
-            v.push_back(a);
-    });
+    queue.Sync([&] { aliases.ForEach([&](Node* a) { v.push_back(a); }); });
     return v;
 }
 
 NodeVector NodeAliases::HiddenAliases() const {
     NodeVector v;
-    queue.Sync([&] {
-        for (Node* a : hidden)
-            v.push_back(a);
-    });
+    queue.Sync([&] { hidden.ForEach([&](Node* a) { v.push_back(a); }); });
     return v;
 }
 

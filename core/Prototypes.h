@@ -5,6 +5,7 @@
 // original's text and inheritable attributes and keeps its own intrinsic ones
 // (position, size, name cache).
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "NodeFacade.h"
@@ -76,6 +77,49 @@ public:
     static void SetRelationHandlers(RelationMaker create, RelationMaker remove);
 };
 
+// Answers NodeInheritance::CanBePrototype for many prototypes given in a
+// row, as reading a document gives them, in time near linear in their
+// number: asking each note would walk a candidate's whole chain every time,
+// and a chain of N notes costs N*N steps. Each note remembers a note further
+// along its chain (its end, once known), so a walk is short after the first.
+// That stays true while prototypes are only given to notes that had none:
+// tell each one made through Linked.
+class PrototypeChains {
+public:
+    bool CanBePrototype(Node* note, Node* candidate);
+    // `note` now has `prototype` as its prototype.
+    void Linked(Node* note, Node* prototype);
+
+private:
+    // The last note of `note`'s chain; null for a chain with a loop.
+    Node* End(Node* note);
+
+    std::unordered_map<Node*, Node*> further;
+};
+
+// Notes in the order they were added, with adding, finding and removing in
+// constant time: a note may have tens of thousands of aliases, and a vector
+// searched for each would make them cost the square of their number.
+class OrderedNodeSet {
+public:
+    // False when the note is in the set already.
+    bool Insert(Node* node);
+    bool Erase(Node* node);
+    std::vector<Node*> Items() const;
+    template <typename F>
+    void ForEach(F f) const {
+        for (Node* n : slots)
+            if (n)
+                f(n);
+    }
+
+private:
+    void Compact();
+    // Removed notes leave a null until the slots are compacted.
+    std::vector<Node*> slots;
+    std::unordered_map<const Node*, size_t> where;
+};
+
 // A note's aliases, and those hidden with it.
 class NodeAliases {
 public:
@@ -97,8 +141,8 @@ public:
 
 private:
     mutable RylSerial queue{"com.morvent.rylvane.nodeAliases"};
-    std::vector<Node*> aliases;
-    std::vector<Node*> hidden;
+    OrderedNodeSet aliases;
+    OrderedNodeSet hidden;
     bool canForward = true;
 };
 

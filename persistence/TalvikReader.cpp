@@ -113,6 +113,20 @@ bool TalvikReader::Read(std::string_view data) {
 
 bool TalvikReader::Read(std::istream& stream) { return Finish(Parse(stream)); }
 
+namespace {
+
+// Digits only, few enough to fit an int.
+bool IsSmallNumber(const std::string& text) {
+    if (text.empty() || text.size() > 6)
+        return false;
+    for (char c : text)
+        if (c < '0' || c > '9')
+            return false;
+    return true;
+}
+
+} // namespace
+
 bool TalvikReader::ReadFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file) {
@@ -145,6 +159,11 @@ bool TalvikReader::StartItem(XMLItem* item) {
             return false;
         }
         sawRoot = true;
+        // A version that is no small whole number is as unknown as a newer one.
+        if (const std::string* text = item->Attributes().Find("version"); text && !IsSmallNumber(*text)) {
+            Fail("version " + *text + " files are not supported");
+            return false;
+        }
         version = static_cast<int>(item->Attributes().GetLong("version"));
         revision = static_cast<int>(item->Attributes().GetLong("revision"));
         if (version >= 3) {
@@ -603,6 +622,7 @@ void TalvikReader::MakeAliases() {
 
 void TalvikReader::MakePrototypes() {
     NodeIndex* index = hypertext->GetIndex();
+    PrototypeChains chains;
     for (auto& request : prototypeRequests) {
         Node* node = request.first;
         const std::string& name = request.second;
@@ -610,8 +630,9 @@ void TalvikReader::MakePrototypes() {
         if (!prototype)
             prototype = HypertextFacade(hypertext).First([&name](Node* n) { return !n->IsHidden() && n->Name() == name; });
         if (prototype && !prototype->IsHidden() && prototype != node &&
-            NodeInheritance(node).CanBePrototype(prototype->GetOriginal())) {
+            chains.CanBePrototype(node, prototype->GetOriginal())) {
             NodeLinks(node).CreatePrototypeLink(prototype->GetOriginal());
+            chains.Linked(node, prototype->GetOriginal());
         } else {
             node->RequestPrototype(name);
         }

@@ -337,6 +337,16 @@ struct XMLReader::Impl {
         return ok;
     }
 
+    // How big the next piece should be. Expat keeps a token that a piece
+    // ends inside (a long attribute value) and scans it again from its start
+    // with each piece that follows: pieces at least as long as what waits
+    // keep that work linear in the token's length rather than quadratic.
+    size_t NextPiece() const {
+        long long index = XML_GetCurrentByteIndex(parser);
+        size_t pending = index >= 0 && chunkBase > index ? static_cast<size_t>(chunkBase - index) : 0;
+        return std::max(kPiece, pending);
+    }
+
     void RecordPosition() {
         failureLine = static_cast<long>(XML_GetCurrentLineNumber(parser));
         failureColumn = static_cast<long>(XML_GetCurrentColumnNumber(parser)) + 1;
@@ -495,7 +505,7 @@ struct XMLReader::Impl {
     void Produce(Source& source) {
         for (;;) {
             bool last = false;
-            std::string_view piece = source.Next(kPiece, last);
+            std::string_view piece = source.Next(NextPiece(), last);
             if (source.readError || !Feed(piece, last) || last)
                 break;
         }
@@ -691,7 +701,9 @@ bool XMLReader::Run(Source& source) {
     for (;;) {
         // The start, on this thread, and all of it when no thread can be had.
         while (ok && !last && (fed < backgroundThreshold || !canHandOver)) {
-            size_t most = fed < backgroundThreshold ? std::min(kPiece, backgroundThreshold - fed) : kPiece;
+            size_t most = impl->NextPiece();
+            if (most == kPiece && fed < backgroundThreshold)
+                most = std::min(kPiece, backgroundThreshold - fed);
             std::string_view piece = source.Next(most, last);
             if (source.readError)
                 break;

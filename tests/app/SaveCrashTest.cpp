@@ -157,7 +157,35 @@ TEST(SaveCrash, KilledSavesLeaveTheOldOrTheNewDocument) {
     // written and renamed; the counts show how many reached the rename.
     std::cout << "kept the old document " << keptOld << " times, saw the new one " << gotNew << " times\n";
 
-    // Killed saves may leave their temporary files behind; the document itself
-    // is the only file the test wrote on purpose.
+    // A killed save leaves nothing behind: the folder holds the document and
+    // the program's output only.
+    auto names = [&] {
+        std::vector<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(dir))
+            found.push_back(entry.path().filename().string());
+        std::sort(found.begin(), found.end());
+        return found;
+    };
+    const std::vector<std::string> expected{"large.ryl", "stderr", "stdout"};
+    EXPECT_EQ(names(), expected);
+
+    // Interrupted and terminated saves clean up after themselves too, and
+    // the file stays whole.
+    for (int trial = 0; trial < kTrials / 5; ++trial) {
+        SCOPED_TRACE("signal trial " + std::to_string(trial));
+        const std::string before = Slurp(file);
+        pid_t pid = runner.Start({"set", file, "/note 0/note 1", "Mark", "term-" + std::to_string(trial)});
+        ASSERT_GT(pid, 0);
+        std::this_thread::sleep_for(std::chrono::microseconds(moment(random)));
+        ::kill(pid, trial % 2 ? SIGTERM : SIGINT);
+        int status = 0;
+        ::waitpid(pid, &status, 0);
+        if (Slurp(file) != before) {
+            std::string out;
+            ASSERT_EQ(runner.Run({"get", file, "/note 7900/note 7999", "Mark"}, &out), 0);
+            EXPECT_EQ(out, "start\n");
+        }
+        EXPECT_EQ(names(), expected);
+    }
     std::filesystem::remove_all(dir);
 }
