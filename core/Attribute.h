@@ -8,6 +8,7 @@
 
 #include "ArgList.h"
 #include "AttributeType.h"
+#include "Change.h"
 #include "RylSerial.h"
 #include "Tree.h"
 
@@ -15,22 +16,6 @@ class Hypertext;
 class Node;
 class Prefs;
 class Value;
-
-// Bits of a change mask, handed to Node::Changed.
-enum ChangeFacet : unsigned long {
-    kChangeNode = 1,
-    kChangeChildren = 2,
-    kChangeContent = 4,
-    kChangePreferences = 8,
-    kChangeSelection = 16,
-    kChangeLink = 32,
-    kChangeDeleted = 64,
-    kChangeValue = 256,
-    kChangeShape = 512,
-    kChangeMoved = 2048,
-    kChangeInspectable = 4096,
-    kChangeTime = 8192,
-};
 
 class Attribute : public TTree<Attribute*>, public AttributeType {
 public:
@@ -110,7 +95,7 @@ public:
     virtual void SetDescription(const std::string& d) { description = d; }
     virtual const ArgList& SuggestedValues() const { return suggestedValues; }
     virtual void SuggestedValues(const std::string& list);
-    virtual bool IsDepecated() const { return false; }
+    virtual bool IsDeprecated() const { return false; }
     virtual void InitializeSequentialValue(Node* note);
 
     const std::string& Name() const { return name; }
@@ -160,7 +145,7 @@ protected:
 class DeprecatedAttribute : public BasicAttribute {
 public:
     using BasicAttribute::BasicAttribute;
-    bool IsDepecated() const override { return true; }
+    bool IsDeprecated() const override { return true; }
 };
 
 // An old name kept for files and code that still use it; everything goes to
@@ -177,7 +162,7 @@ public:
     const Value* GetDefaultValue(const Node* note) const override;
     const Value* GetTheDefaultValue() const override;
     std::string Category() const override;
-    bool IsDepecated() const override { return true; }
+    bool IsDeprecated() const override { return true; }
     Attribute* Target() const { return target; }
 
 private:

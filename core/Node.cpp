@@ -132,12 +132,12 @@ Node::~Node() {
         delete child;
     }
     properties.DeleteValues();
-    if (rare) {
-        rare->aliases.reset();
-        rare->prototypeCache.reset();
+    if (Rare* extra = KnownRare()) {
+        delete extra->aliases.exchange(nullptr, std::memory_order_acq_rel);
+        delete extra->prototypeCache.exchange(nullptr, std::memory_order_acq_rel);
     }
     prototypeNode = nullptr;
-    rare.reset();
+    delete rare.exchange(nullptr, std::memory_order_acq_rel);
     if (hypertext)
         hypertext->RemoveNode(this);
     hypertext = nullptr;
@@ -273,9 +273,9 @@ void Node::DoHideSelf() {
     }
     for (Node* child = Son(); child; child = child->Brother())
         child->DoHide();
-    ChangeFacade(this).Changed(80);
+    ChangeFacade(this).Changed(kChangeDeleted | kChangeSelection);
     if (Node* f = Father())
-        f->Changed(2);
+        f->Changed(kChangeChildren);
 }
 
 void Node::Show() {
@@ -303,9 +303,9 @@ void Node::DoShowSelf() {
         hypertext->AddNode(this);
     for (Node* child = Son(); child; child = child->Brother())
         child->DoShow();
-    Changed(1);
+    Changed(kChangeNode);
     if (Node* f = Father())
-        f->Changed(2);
+        f->Changed(kChangeChildren);
 }
 
 // ------------------------------------------------------------------ names
@@ -343,7 +343,7 @@ void Node::SetName(const std::string& newName) {
     if (original->Name() != newName) {
         if (const Attribute* attr = NameAttribute())
             original->Set(attr, Value::Create(newName));
-        Changed(1);
+        Changed(kChangeNode);
     }
 }
 
@@ -701,11 +701,13 @@ PrototypeCache* Node::GetPrototypeCache() const {
         return cache;
     Rare& extra = MutableRare();
     StObjectLock guard(lock);
-    if (!extra.prototypeCache) {
-        extra.prototypeCache = std::make_unique<PrototypeCache>();
-        extra.prototypeCache->Mirror(&prototypeNode);
+    PrototypeCache* cache = extra.prototypeCache.load(std::memory_order_relaxed);
+    if (!cache) {
+        cache = new PrototypeCache();
+        cache->Mirror(&prototypeNode);
+        extra.prototypeCache.store(cache, std::memory_order_release);
     }
-    return extra.prototypeCache.get();
+    return cache;
 }
 
 Node* Node::GetPrototype() const { return CachedPrototypeNode(); }
@@ -741,9 +743,12 @@ NodeAliases* Node::GetNodeAliases() const {
         return aliases;
     Rare& extra = MutableRare();
     StObjectLock guard(lock);
-    if (!extra.aliases)
-        extra.aliases = std::make_unique<NodeAliases>();
-    return extra.aliases.get();
+    NodeAliases* aliases = extra.aliases.load(std::memory_order_relaxed);
+    if (!aliases) {
+        aliases = new NodeAliases();
+        extra.aliases.store(aliases, std::memory_order_release);
+    }
+    return aliases;
 }
 
 void Node::AddAlias(Node* alias) { GetNodeAliases()->Add(alias); }
@@ -766,21 +771,35 @@ NodeVector Node::Aliases() const {
 Node::Rare& Node::MutableRare() const {
     // Export output may be set from a worker thread while the note moves.
     StObjectLock guard(lock);
-    if (!rare)
-        rare = std::make_unique<Rare>();
-    return *rare;
+    Rare* extra = rare.load(std::memory_order_relaxed);
+    if (!extra) {
+        extra = new Rare();
+        rare.store(extra, std::memory_order_release);
+    }
+    return *extra;
+}
+
+Node::Rare::~Rare() {
+    delete aliases.load(std::memory_order_relaxed);
+    delete prototypeCache.load(std::memory_order_relaxed);
+}
+
+const NodeVector* Node::OldAdornments() const {
+    Rare* extra = KnownRare();
+    return extra ? extra->oldAdornments.get() : nullptr;
 }
 
 void Node::SetOldAdornments(const NodeVector& v) { MutableRare().oldAdornments = std::make_unique<NodeVector>(v); }
 
 std::string Node::CompositeData() const {
     StObjectLock guard(lock);
-    return rare && rare->compositeData ? *rare->compositeData : std::string();
+    Rare* extra = KnownRare();
+    return extra && extra->compositeData ? *extra->compositeData : std::string();
 }
 
 void Node::SetCompositeData(std::string xml) {
     StObjectLock guard(lock);
-    if (xml.empty() && !rare)
+    if (xml.empty() && !KnownRare())
         return;
     Rare& extra = MutableRare();
     if (xml.empty())
@@ -791,7 +810,8 @@ void Node::SetCompositeData(std::string xml) {
 
 std::string Node::OutputWorkingString() const {
     StObjectLock guard(lock);
-    return rare && rare->outputWorkingString ? *rare->outputWorkingString : std::string();
+    Rare* extra = KnownRare();
+    return extra && extra->outputWorkingString ? *extra->outputWorkingString : std::string();
 }
 
 void Node::SetOutputWorkingString(const std::string& s) {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "Change.h"
 #include "Content.h"
 #include "Hooks.h"
 #include "Hypertext.h"
@@ -284,9 +285,9 @@ void ParentAttribute::Set(Node* note, const Value* value) {
     }
     StChanges changes(note->GetHypertext());
     if (Node* old = note->Father())
-        old->Changed(2);
+        old->Changed(kChangeChildren);
     NodePosition(note).DoMoveTo(newFather, newFather->YoungestSon());
-    newFather->Changed(2);
+    newFather->Changed(kChangeChildren);
 }
 
 void ParentAttribute::Remove(Node* note) {
