@@ -13,6 +13,7 @@
 
 #include "Hypertext.h"
 #include "Node.h"
+#include "NodeFacade.h"
 #include "Props.h"
 #include "RylUUID.h"
 #include "RylDocumentOpener.h"
@@ -44,16 +45,6 @@ std::vector<std::string> SplitPath(const std::string& path) {
     if (any)
         names.push_back(current);
     return names;
-}
-
-std::string EscapeName(const std::string& name) {
-    std::string out;
-    for (char c : name) {
-        if (c == '/' || c == '\\')
-            out += '\\';
-        out += c;
-    }
-    return out;
 }
 
 } // namespace
@@ -180,11 +171,4 @@ Node* FindNoteByPath(Hypertext* hypertext, const std::string& path) {
     return node;
 }
 
-std::string PathOfNote(const Node* node) {
-    if (!node || !node->Father())
-        return "/";
-    std::string path;
-    for (const Node* n = node; n && n->Father(); n = n->Father())
-        path = "/" + EscapeName(n->Name()) + path;
-    return path;
-}
+std::string PathOfNote(const Node* node) { return node ? NodeFacade(node).HTPath() : std::string("/"); }

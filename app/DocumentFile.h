@@ -22,7 +22,8 @@ bool SaveDocument(Hypertext* hypertext, const std::string& path, std::string& er
 std::unique_ptr<Hypertext> NewDocument(const std::string& path);
 
 // The note at a path such as "/Projects/Ideas" ("/" is the root). A "/" in a
-// name is written "\/". Null when there is no such note.
+// name may be typed "\/" (and a backslash "\\"). Null when there is no such
+// note.
 Node* FindNoteByPath(Hypertext* hypertext, const std::string& path);
 
 // The note at `path` in the document read from `file`; null with `error`
@@ -34,5 +35,6 @@ Node* FindNote(Hypertext* hypertext, const std::string& file, const std::string&
 const Attribute* FindAttribute(Hypertext* hypertext, const std::string& file, const std::string& name,
                                std::string& error);
 
-// The path of a note in the same form.
+// The path of a note as the whole program writes it (NodeFacade::HTPath):
+// names stand as they are, so a "/" in a name is not escaped.
 std::string PathOfNote(const Node* node);

@@ -11,6 +11,7 @@
 #include "Change.h"
 #include "RylSerial.h"
 #include "Tree.h"
+#include "Value.h"
 
 class Hypertext;
 class Node;
@@ -131,7 +132,7 @@ public:
     void SetDefault(Value* value) override;
     using Attribute::SetDefault;
     const Value* GetDefaultValue(const Node* note) const override;
-    const Value* GetTheDefaultValue() const override { return defaultValue; }
+    const Value* GetTheDefaultValue() const override { return defaultValue.get(); }
     void SetType(int t) override;
     void NewlyCreated(Node* note) override;
 
@@ -139,7 +140,7 @@ public:
     virtual void WillSet(Node* note, const Value* value) {}
 
 protected:
-    Value* defaultValue = nullptr;
+    ValuePtr defaultValue;
 };
 
 class DeprecatedAttribute : public BasicAttribute {

@@ -402,8 +402,7 @@ const Attribute* Node::GetAttribute(const std::string& attributeName) const {
 
 void Node::Set(const Attribute* attribute, const Value* value) {
     if (!attribute) {
-        if (value)
-            value->Delete();
+        ConstValuePtr dropped(value);
         return;
     }
     const_cast<Attribute*>(attribute)->Set(this, value);
@@ -422,8 +421,7 @@ void Node::Set(const Attribute* attribute, const std::string& text) {
 void Node::Set(const std::string& attributeName, const Value* value) {
     const Attribute* a = GetAttribute(attributeName);
     if (!a || !a->IsValid()) {
-        if (value)
-            value->Delete();
+        ConstValuePtr dropped(value);
         return;
     }
     Set(a, value);
@@ -469,14 +467,9 @@ void Node::SetFileValue(const Attribute* attribute, const std::string& path) {
 }
 
 void Node::DoSet(const Attribute* attribute, const Value* value) {
-    if (beingDeleted) {
-        if (value)
-            value->Delete();
-        return;
-    }
-    if (!attribute || !attribute->IsValid()) {
-        if (value)
-            value->Delete();
+    // The note takes the value, or it is released here.
+    if (beingDeleted || !attribute || !attribute->IsValid()) {
+        ConstValuePtr dropped(value);
         return;
     }
     bool changed = true;

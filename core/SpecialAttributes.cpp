@@ -106,12 +106,7 @@ void TextAttribute::Remove(Node* note) { NodeText(note).SetText(""); }
 // ------------------------------------------------------------ Path, Local
 
 const Value* PathAttribute::ValueFor(const Node* note) const {
-    if (!note)
-        return KeepString(note, "");
-    std::string path;
-    for (const Node* n = note; n && !n->IsRoot(); n = n->Father())
-        path = "/" + n->Name() + path;
-    return KeepString(note, path);
+    return KeepString(note, note ? NodeFacade(note).HTPath() : std::string());
 }
 
 const Value* LocalAttribute::ValueFor(const Node* note) const {
