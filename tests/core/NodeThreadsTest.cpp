@@ -17,11 +17,11 @@ TEST(NodeThreads, AttributesOfTheSameNotesFromSeveralThreads) {
     const Attribute* score = doc.AttributeStorage()->CreateBasicAttribute("Score", "User", true, AttributeType::kNumber);
     ASSERT_NE(score, nullptr);
     std::vector<Node*> notes;
-    for (int i = 0; i < 16; ++i)
+    for (int i = 0; i < 400; ++i)
         notes.push_back(MakeNote(doc, "N" + std::to_string(i)));
 
     constexpr int kThreads = 4;
-    constexpr int kRounds = 50;
+    constexpr int kRounds = 8;
     std::atomic<int> ready{0};
     std::atomic<long> seen{0};
     std::vector<std::thread> threads;
@@ -30,20 +30,26 @@ TEST(NodeThreads, AttributesOfTheSameNotesFromSeveralThreads) {
             ++ready;
             while (ready.load() < kThreads)
                 std::this_thread::yield();
+            // Parts made on first use by one thread and read by the others
+            // without the note's lock. Each thread starts at another note.
             for (int round = 0; round < kRounds; ++round)
-                for (Node* note : notes) {
-                    // Parts made on first use by one thread, read by the others.
+                for (size_t i = 0; i < notes.size(); ++i) {
+                    Node* note = notes[(i + t * notes.size() / kThreads) % notes.size()];
+                    seen += static_cast<long>(note->Aliases().size());
+                    seen += static_cast<long>(note->GetPrototypeRequest().size());
+                    seen += note->OldAdornments() ? 1 : 0;
                     if ((round + t) % 2 == 0)
                         note->SetOutputWorkingString("t" + std::to_string(t));
                     else
                         seen += static_cast<long>(note->OutputWorkingString().size());
-                    seen += static_cast<long>(note->Aliases().size());
-                    seen += static_cast<long>(note->GetPrototypeRequest().size());
                     if (t == 0)
                         note->GetNodeAliases();
                     if (t == 1)
                         note->GetPrototypeCache();
-                    // Values: written under the lock, read as clones.
+                }
+            // Values: written under the lock, read as clones.
+            for (int round = 0; round < kRounds; ++round)
+                for (Node* note : notes) {
                     note->DoSet(score, Value::ForInt(round * kThreads + t));
                     ValuePtr value(note->CreateClonedValue(score));
                     if (value)
