@@ -28,11 +28,8 @@ int RunGet(const GetState& state) {
     const Attribute* attribute = session->AttributeNamed(state.attribute, error);
     if (!attribute)
         return CommandFailure(error);
-    Value* value = node->CreateClonedValue(attribute);
-    std::string text = value ? value->AsString() : std::string();
-    if (value)
-        value->Delete();
-    std::cout << text << "\n";
+    ValuePtr value(node->CreateClonedValue(attribute));
+    std::cout << (value ? value->AsString() : std::string()) << "\n";
     return 0;
 }
 

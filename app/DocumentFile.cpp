@@ -14,6 +14,7 @@
 
 #include "Hypertext.h"
 #include "Node.h"
+#include "NodeFacade.h"
 #include "Props.h"
 #include "RylUUID.h"
 #include "RylDocumentOpener.h"
@@ -46,16 +47,6 @@ std::vector<std::string> SplitPath(const std::string& path) {
     if (any)
         names.push_back(current);
     return names;
-}
-
-std::string EscapeName(const std::string& name) {
-    std::string out;
-    for (char c : name) {
-        if (c == '/' || c == '\\')
-            out += '\\';
-        out += c;
-    }
-    return out;
 }
 
 } // namespace

@@ -32,7 +32,8 @@ bool SaveDocument(Hypertext* hypertext, const std::string& path, std::string& er
 std::unique_ptr<Hypertext> NewDocument(const std::string& path);
 
 // The note at a path such as "/Projects/Ideas" ("/" is the root). A "/" in a
-// name is written "\/". Null when there is no such note.
+// name may be typed "\/" (and a backslash "\\"). Null when there is no such
+// note.
 Node* FindNoteByPath(Hypertext* hypertext, const std::string& path);
 
 // The note at `path` in the document read from `file`; null with `error`

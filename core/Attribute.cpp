@@ -189,13 +189,10 @@ bool Attribute::IsValidAttributeName(const std::string& name) {
 // ----------------------------------------------------------- BasicAttribute
 
 BasicAttribute::BasicAttribute(const std::string& n, int t, bool e) : Attribute(n, t, e) {
-    defaultValue = InitialDefaultValue();
+    defaultValue.reset(InitialDefaultValue());
 }
 
-BasicAttribute::~BasicAttribute() {
-    if (defaultValue)
-        defaultValue->Delete();
-}
+BasicAttribute::~BasicAttribute() = default;
 
 const Value* BasicAttribute::ValueFor(const Node* note) const {
     if (const Value* v = ImmediateValue(note))
@@ -207,8 +204,7 @@ const Value* BasicAttribute::ImmediateValue(const Node* note) const { return not
 
 void BasicAttribute::Set(Node* note, const Value* value) {
     if (!note) {
-        if (value)
-            value->Delete();
+        ConstValuePtr dropped(value);
         return;
     }
     WillSet(note, value);
@@ -221,22 +217,16 @@ void BasicAttribute::Remove(Node* note) {
 }
 
 void BasicAttribute::SetDefault(Value* value) {
-    if (!value)
+    if (!value || defaultValue.get() == value)
         return;
-    if (defaultValue == value)
-        return;
-    if (defaultValue)
-        defaultValue->Delete();
-    defaultValue = value;
+    defaultValue.reset(value);
 }
 
-const Value* BasicAttribute::GetDefaultValue(const Node*) const { return defaultValue; }
+const Value* BasicAttribute::GetDefaultValue(const Node*) const { return defaultValue.get(); }
 
 void BasicAttribute::SetType(int t) {
     Attribute::SetType(t);
-    if (defaultValue)
-        defaultValue->Delete();
-    defaultValue = InitialDefaultValue();
+    defaultValue.reset(InitialDefaultValue());
 }
 
 Value* BasicAttribute::InitialDefaultValue() const {
@@ -324,9 +314,8 @@ const Value* ShadowAttribute::GetDefaultValue(const Node* note) const {
 // --------------------------------------------------------- ReadOnlyAttribute
 
 void ReadOnlyAttribute::Set(Node* note, const Value* value) {
+    ConstValuePtr dropped(value);
     LogLine("Writing to a read only attribute <" + Name() + "> for node [" + (note ? note->Name() : "") + "]");
-    if (value)
-        value->Delete();
 }
 
 void ReadOnlyAttribute::Remove(Node* note) {
@@ -380,49 +369,34 @@ PreferenceAttribute::PreferenceAttribute(const std::string& n, int k, int t, boo
 
 const Value* PreferenceAttribute::GetDefaultValue(const Node* note) const {
     if (!note) {
-        Value* empty = Value::Create("");
-        Value*& slot = const_cast<PreferenceAttribute*>(this)->defaultValue;
-        if (slot && slot->AsString().empty()) {
-            empty->Delete();
-            return slot;
-        }
-        if (slot)
-            slot->Delete();
-        slot = empty;
-        return slot;
+        ValuePtr& slot = const_cast<PreferenceAttribute*>(this)->defaultValue;
+        if (!slot || !slot->AsString().empty())
+            slot.reset(Value::Create(""));
+        return slot.get();
     }
     return GetDefaultValue(note->GetPreferences());
 }
 
 const Value* PreferenceAttribute::GetDefaultValue(const Prefs* prefs) const {
-    Value* fresh = MakePreferenceValue(prefs);
-    Value*& slot = const_cast<PreferenceAttribute*>(this)->defaultValue;
+    ValuePtr fresh(MakePreferenceValue(prefs));
+    ValuePtr& slot = const_cast<PreferenceAttribute*>(this)->defaultValue;
     // Keep the answer stable: the same text answers the same object.
-    if (slot && fresh && slot->AsString() == fresh->AsString()) {
-        fresh->Delete();
-        return slot;
-    }
-    if (slot)
-        slot->Delete();
-    slot = fresh;
-    return slot;
+    if (!slot || !fresh || slot->AsString() != fresh->AsString())
+        slot = std::move(fresh);
+    return slot.get();
 }
 
 void PreferenceAttribute::SetDefault(Value* value) {
     // The preference is the default; an explicit default is dropped.
-    if (value)
-        value->Delete();
+    ValuePtr dropped(value);
 }
 
 std::string PreferenceAttribute::GetDefaultValueAsXML(const Hypertext* hypertext) const {
     const Prefs* prefs = hypertext ? hypertext->GetPreferences() : nullptr;
     if (!prefs)
         return "";
-    Value* v = MakePreferenceValue(prefs);
-    std::string text = v ? v->AsXML() : std::string();
-    if (v)
-        v->Delete();
-    return text;
+    ValuePtr v(MakePreferenceValue(prefs));
+    return v ? v->AsXML() : std::string();
 }
 
 Value* PreferenceAttribute::MakePreferenceValue(const Prefs* prefs) const {
@@ -454,10 +428,7 @@ Value* PreferenceAttribute::MakePreferenceValue(const Prefs* prefs) const {
 
 // ------------------------------------------------------------- NullAttribute
 
-void NullAttribute::Set(Node*, const Value* value) {
-    if (value)
-        value->Delete();
-}
+void NullAttribute::Set(Node*, const Value* value) { ConstValuePtr dropped(value); }
 
 bool AttributeNameComparator::operator()(const Tree* a, const Tree* b) const {
     auto* x = static_cast<const Attribute*>(a);

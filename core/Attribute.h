@@ -8,29 +8,15 @@
 
 #include "ArgList.h"
 #include "AttributeType.h"
+#include "Change.h"
 #include "RylSerial.h"
 #include "Tree.h"
+#include "Value.h"
 
 class Hypertext;
 class Node;
 class Prefs;
 class Value;
-
-// Bits of a change mask, handed to Node::Changed.
-enum ChangeFacet : unsigned long {
-    kChangeNode = 1,
-    kChangeChildren = 2,
-    kChangeContent = 4,
-    kChangePreferences = 8,
-    kChangeSelection = 16,
-    kChangeLink = 32,
-    kChangeDeleted = 64,
-    kChangeValue = 256,
-    kChangeShape = 512,
-    kChangeMoved = 2048,
-    kChangeInspectable = 4096,
-    kChangeTime = 8192,
-};
 
 class Attribute : public TTree<Attribute*>, public AttributeType {
 public:
@@ -110,7 +96,7 @@ public:
     virtual void SetDescription(const std::string& d) { description = d; }
     virtual const ArgList& SuggestedValues() const { return suggestedValues; }
     virtual void SuggestedValues(const std::string& list);
-    virtual bool IsDepecated() const { return false; }
+    virtual bool IsDeprecated() const { return false; }
     virtual void InitializeSequentialValue(Node* note);
 
     const std::string& Name() const { return name; }
@@ -146,7 +132,7 @@ public:
     void SetDefault(Value* value) override;
     using Attribute::SetDefault;
     const Value* GetDefaultValue(const Node* note) const override;
-    const Value* GetTheDefaultValue() const override { return defaultValue; }
+    const Value* GetTheDefaultValue() const override { return defaultValue.get(); }
     void SetType(int t) override;
     void NewlyCreated(Node* note) override;
 
@@ -154,13 +140,13 @@ public:
     virtual void WillSet(Node* note, const Value* value) {}
 
 protected:
-    Value* defaultValue = nullptr;
+    ValuePtr defaultValue;
 };
 
 class DeprecatedAttribute : public BasicAttribute {
 public:
     using BasicAttribute::BasicAttribute;
-    bool IsDepecated() const override { return true; }
+    bool IsDeprecated() const override { return true; }
 };
 
 // An old name kept for files and code that still use it; everything goes to
@@ -177,7 +163,7 @@ public:
     const Value* GetDefaultValue(const Node* note) const override;
     const Value* GetTheDefaultValue() const override;
     std::string Category() const override;
-    bool IsDepecated() const override { return true; }
+    bool IsDeprecated() const override { return true; }
     Attribute* Target() const { return target; }
 
 private:

@@ -11,6 +11,24 @@
 
 class Node;
 
+// Bits of a change mask, handed to Node::Changed: one for each kind of
+// change. Masks combine them with "|".
+enum ChangeFacet : unsigned long {
+    kChangeNode = 1,
+    kChangeChildren = 2,
+    kChangeContent = 4,
+    kChangePreferences = 8,
+    kChangeSelection = 16,
+    kChangeLink = 32,
+    kChangeDeleted = 64,
+    kChangeValue = 256,
+    kChangeShape = 512,
+    kChangeMoved = 2048,
+    kChangeInspectable = 4096,
+    kChangeTime = 8192,
+};
+
+
 class Change {
 public:
     using Batch = std::vector<std::pair<Node*, unsigned long>>;

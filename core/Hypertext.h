@@ -114,8 +114,6 @@ public:
     // The selected notes.
     std::set<Node*>& Selection() { return selection; }
     // Named colours of the document, by name.
-    std::map<std::string, PColor>& NamedColors() { return namedColors; }
-    const std::map<std::string, PColor>& NamedColors() const { return namedColors; }
 
     // The name written into new notes' `Creator`.
     std::string CreatorName() const;
@@ -164,7 +162,6 @@ private:
     std::set<Node*> hiddenNodes;
     Node* ownedNodes = nullptr;
     std::set<Node*> selection;
-    std::map<std::string, PColor> namedColors;
     bool needsSort = false;
     std::string defaultPathname;
     std::unique_ptr<OperationQueue> networkQueue, indexQueue, tagQueue, compositeQueue, importQueue;

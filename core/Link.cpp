@@ -11,10 +11,6 @@
 
 // ---------------------------------------------------------------- Link
 
-Linked* Link::Source() const { return source; }
-
-Linked* Link::Dest() const { return dest; }
-
 bool Link::StartsAt(const Node* end) const { return end && end == source; }
 
 bool Link::EndsAt(const Node* end) const { return end && end == dest; }

@@ -11,7 +11,6 @@
 #include "LinkStyle.h"
 
 class Hypertext;
-class Linked;
 class LinkManager;
 class Node;
 class XMLItem;
@@ -35,10 +34,8 @@ public:
     virtual bool SourceOrDestinationAreChildrenOf(const Node* parent) const;
     virtual bool SourceOrDestinationAreDescendantsOf(const Node* ancestor) const;
 
-    virtual Linked* Source() const;
     virtual Node* SourceNode() const { return source; }
     virtual void SetSource(Node* n) { source = n; }
-    virtual Linked* Dest() const;
     virtual Node* DestNode() const { return dest; }
     virtual void SetDest(Node* n) { dest = n; }
     virtual void SetDestNode(Node* n) { dest = n; }

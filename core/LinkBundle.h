@@ -7,7 +7,6 @@
 #include "LinkStyle.h"
 
 class Link;
-class Linked;
 class Node;
 
 class LinkBundle : public std::vector<Link*> {

@@ -15,7 +15,6 @@
 
 class Hypertext;
 class Link;
-class Linked;
 class Node;
 
 // From a note to its links, outbound and inbound, each in priority order.

@@ -132,12 +132,12 @@ Node::~Node() {
         delete child;
     }
     properties.DeleteValues();
-    if (rare) {
-        rare->aliases.reset();
-        rare->prototypeCache.reset();
+    if (Rare* extra = KnownRare()) {
+        delete extra->aliases.exchange(nullptr, std::memory_order_acq_rel);
+        delete extra->prototypeCache.exchange(nullptr, std::memory_order_acq_rel);
     }
     prototypeNode = nullptr;
-    rare.reset();
+    delete rare.exchange(nullptr, std::memory_order_acq_rel);
     if (hypertext)
         hypertext->RemoveNode(this);
     hypertext = nullptr;
@@ -273,9 +273,9 @@ void Node::DoHideSelf() {
     }
     for (Node* child = Son(); child; child = child->Brother())
         child->DoHide();
-    ChangeFacade(this).Changed(80);
+    ChangeFacade(this).Changed(kChangeDeleted | kChangeSelection);
     if (Node* f = Father())
-        f->Changed(2);
+        f->Changed(kChangeChildren);
 }
 
 void Node::Show() {
@@ -303,9 +303,9 @@ void Node::DoShowSelf() {
         hypertext->AddNode(this);
     for (Node* child = Son(); child; child = child->Brother())
         child->DoShow();
-    Changed(1);
+    Changed(kChangeNode);
     if (Node* f = Father())
-        f->Changed(2);
+        f->Changed(kChangeChildren);
 }
 
 // ------------------------------------------------------------------ names
@@ -343,7 +343,7 @@ void Node::SetName(const std::string& newName) {
     if (original->Name() != newName) {
         if (const Attribute* attr = NameAttribute())
             original->Set(attr, Value::Create(newName));
-        Changed(1);
+        Changed(kChangeNode);
         if (auto& textChanged = GetHooks().textChanged)
             textChanged(original);
     }
@@ -404,8 +404,7 @@ const Attribute* Node::GetAttribute(const std::string& attributeName) const {
 
 void Node::Set(const Attribute* attribute, const Value* value) {
     if (!attribute) {
-        if (value)
-            value->Delete();
+        ConstValuePtr dropped(value);
         return;
     }
     const_cast<Attribute*>(attribute)->Set(this, value);
@@ -424,8 +423,7 @@ void Node::Set(const Attribute* attribute, const std::string& text) {
 void Node::Set(const std::string& attributeName, const Value* value) {
     const Attribute* a = GetAttribute(attributeName);
     if (!a || !a->IsValid()) {
-        if (value)
-            value->Delete();
+        ConstValuePtr dropped(value);
         return;
     }
     Set(a, value);
@@ -471,14 +469,9 @@ void Node::SetFileValue(const Attribute* attribute, const std::string& path) {
 }
 
 void Node::DoSet(const Attribute* attribute, const Value* value) {
-    if (beingDeleted) {
-        if (value)
-            value->Delete();
-        return;
-    }
-    if (!attribute || !attribute->IsValid()) {
-        if (value)
-            value->Delete();
+    // The note takes the value, or it is released here.
+    if (beingDeleted || !attribute || !attribute->IsValid()) {
+        ConstValuePtr dropped(value);
         return;
     }
     bool changed = true;
@@ -703,11 +696,13 @@ PrototypeCache* Node::GetPrototypeCache() const {
         return cache;
     Rare& extra = MutableRare();
     StObjectLock guard(lock);
-    if (!extra.prototypeCache) {
-        extra.prototypeCache = std::make_unique<PrototypeCache>();
-        extra.prototypeCache->Mirror(&prototypeNode);
+    PrototypeCache* cache = extra.prototypeCache.load(std::memory_order_relaxed);
+    if (!cache) {
+        cache = new PrototypeCache();
+        cache->Mirror(&prototypeNode);
+        extra.prototypeCache.store(cache, std::memory_order_release);
     }
-    return extra.prototypeCache.get();
+    return cache;
 }
 
 Node* Node::GetPrototype() const { return CachedPrototypeNode(); }
@@ -743,9 +738,12 @@ NodeAliases* Node::GetNodeAliases() const {
         return aliases;
     Rare& extra = MutableRare();
     StObjectLock guard(lock);
-    if (!extra.aliases)
-        extra.aliases = std::make_unique<NodeAliases>();
-    return extra.aliases.get();
+    NodeAliases* aliases = extra.aliases.load(std::memory_order_relaxed);
+    if (!aliases) {
+        aliases = new NodeAliases();
+        extra.aliases.store(aliases, std::memory_order_release);
+    }
+    return aliases;
 }
 
 void Node::AddAlias(Node* alias) { GetNodeAliases()->Add(alias); }
@@ -768,21 +766,35 @@ NodeVector Node::Aliases() const {
 Node::Rare& Node::MutableRare() const {
     // Export output may be set from a worker thread while the note moves.
     StObjectLock guard(lock);
-    if (!rare)
-        rare = std::make_unique<Rare>();
-    return *rare;
+    Rare* extra = rare.load(std::memory_order_relaxed);
+    if (!extra) {
+        extra = new Rare();
+        rare.store(extra, std::memory_order_release);
+    }
+    return *extra;
+}
+
+Node::Rare::~Rare() {
+    delete aliases.load(std::memory_order_relaxed);
+    delete prototypeCache.load(std::memory_order_relaxed);
+}
+
+const NodeVector* Node::OldAdornments() const {
+    Rare* extra = KnownRare();
+    return extra ? extra->oldAdornments.get() : nullptr;
 }
 
 void Node::SetOldAdornments(const NodeVector& v) { MutableRare().oldAdornments = std::make_unique<NodeVector>(v); }
 
 std::string Node::CompositeData() const {
     StObjectLock guard(lock);
-    return rare && rare->compositeData ? *rare->compositeData : std::string();
+    Rare* extra = KnownRare();
+    return extra && extra->compositeData ? *extra->compositeData : std::string();
 }
 
 void Node::SetCompositeData(std::string xml) {
     StObjectLock guard(lock);
-    if (xml.empty() && !rare)
+    if (xml.empty() && !KnownRare())
         return;
     Rare& extra = MutableRare();
     if (xml.empty())
@@ -793,7 +805,8 @@ void Node::SetCompositeData(std::string xml) {
 
 std::string Node::OutputWorkingString() const {
     StObjectLock guard(lock);
-    return rare && rare->outputWorkingString ? *rare->outputWorkingString : std::string();
+    Rare* extra = KnownRare();
+    return extra && extra->outputWorkingString ? *extra->outputWorkingString : std::string();
 }
 
 void Node::SetOutputWorkingString(const std::string& s) {

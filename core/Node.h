@@ -26,13 +26,7 @@ class Value;
 class Link;
 class XMLWriter;
 
-// The interface through which links see their ends.
-class Linked {
-public:
-    virtual ~Linked() = default;
-};
-
-class Node : public TTree<Node*>, public Linked {
+class Node : public TTree<Node*> {
 public:
     // A bare note of a document (the root, or a note placed later).
     explicit Node(Hypertext* hypertext);
@@ -188,7 +182,7 @@ public:
     virtual std::string GetPrototypeRequest() const;
     virtual const Attribute* SortAttribute() const;
     virtual const Attribute* GetAttribute(const std::string& name) const;
-    virtual const NodeVector* OldAdornments() const { return rare ? rare->oldAdornments.get() : nullptr; }
+    virtual const NodeVector* OldAdornments() const;
     virtual void SetOldAdornments(const NodeVector& v);
     // The note's composites as the file gave them (its "composites"
     // element, whole), carried through unchanged; "" when it has none.
@@ -255,17 +249,33 @@ protected:
     // What few notes ever have, made on first use: the prototype relation and
     // its pending request, the note's aliases, the adornments it had before
     // it moved, the text an export accumulates for it, and its composites.
+    //
+    // Other threads read these without the note's lock, while one thread may
+    // make them under it: the part itself and the two members read so are
+    // published through atomic pointers (release on making, acquire on
+    // reading), and never replaced once made. The rest is read and written
+    // under the lock.
     struct Rare {
-        std::unique_ptr<PrototypeCache> prototypeCache;
-        std::unique_ptr<NodeAliases> aliases;
+        ~Rare();
+        std::atomic<PrototypeCache*> prototypeCache{nullptr};
+        std::atomic<NodeAliases*> aliases{nullptr};
         std::unique_ptr<NodeVector> oldAdornments;
         std::unique_ptr<std::string> outputWorkingString;
         std::unique_ptr<std::string> compositeData;
     };
     Rare& MutableRare() const;
-    PrototypeCache* KnownPrototypeCache() const { return rare ? rare->prototypeCache.get() : nullptr; }
-    NodeAliases* KnownAliases() const { return rare ? rare->aliases.get() : nullptr; }
-    mutable std::unique_ptr<Rare> rare;
+    // The rare part, or null while it has not been made.
+    Rare* KnownRare() const { return rare.load(std::memory_order_acquire); }
+    PrototypeCache* KnownPrototypeCache() const {
+        Rare* extra = KnownRare();
+        return extra ? extra->prototypeCache.load(std::memory_order_acquire) : nullptr;
+    }
+    NodeAliases* KnownAliases() const {
+        Rare* extra = KnownRare();
+        return extra ? extra->aliases.load(std::memory_order_acquire) : nullptr;
+    }
+    // Owned; deleted with the note.
+    mutable std::atomic<Rare*> rare{nullptr};
 };
 
 // The one note that stands for "no note": every query answers safely.

@@ -81,10 +81,6 @@ PColor HypertextFacade::TranslateColor(const std::string& text) const {
             if (found)
                 return named;
         }
-        const auto& table = hypertext->NamedColors();
-        auto it = table.find(text);
-        if (it != table.end())
-            return it->second;
     }
     return PColor();
 }

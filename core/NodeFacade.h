@@ -142,7 +142,9 @@ public:
     virtual bool CanReceiveChildren() const;
     virtual bool HasSubtitle() const;
     virtual bool IsUntitled() const;
-    // The note's path: "/" then the names from the top down, "/" between.
+    // The note's path, the one form every part of the program writes: "/"
+    // then the names below the root from the top down, "/" between, names
+    // as they are; the root is "/". ("" for no note.)
     virtual std::string HTPath() const;
     virtual bool CanCreateNodes() const;
 

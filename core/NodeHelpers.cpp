@@ -231,10 +231,10 @@ bool NodePosition::Place(Node* parent, Node* after, bool withPosition, double x,
     bool fatherChanged = oldFather != parent;
     if (parent->GetHypertext() != node->GetHypertext()) {
         if (oldFather)
-            oldFather->Changed(2);
+            oldFather->Changed(kChangeChildren);
         node->SetHypertext(parent->GetHypertext());
     } else if (fatherChanged && oldFather) {
-        oldFather->Changed(2);
+        oldFather->Changed(kChangeChildren);
     }
     if (withPosition)
         SetPosition(x, y);
@@ -243,8 +243,8 @@ bool NodePosition::Place(Node* parent, Node* after, bool withPosition, double x,
     else
         parent->AddFirstSon(node);
     if (!(oldElder == after && !fatherChanged)) {
-        parent->Changed(2);
-        node->Changed(1);
+        parent->Changed(kChangeChildren);
+        node->Changed(kChangeNode);
     }
     return fatherChanged;
 }
@@ -415,7 +415,7 @@ void NodeText::SetText(const std::string& text) const {
     if (!node || GetText() == text)
         return;
     GetContent()->SetText(text);
-    node->Changed(4);
+    node->Changed(kChangeContent);
     if (auto& textChanged = GetHooks().textChanged)
         textChanged(node);
 }
@@ -481,7 +481,7 @@ void NodeText::CopyContentFrom(const Node* source) const {
     if (!node || !theirs || Reading(node) == theirs)
         return;
     *GetContent() = *theirs;
-    node->Changed(4);
+    node->Changed(kChangeContent);
 }
 
 // ----------------------------------------------------------------- NodeMaker
@@ -496,7 +496,7 @@ Node* NodeMaker::MakeNode(const std::string& name, Node* parent, Node* after, do
     Node* node = Node::Create(name, parent, after, x, y, true);
     if (!node)
         return nullptr;
-    parent->Changed(514);
+    parent->Changed(kChangeShape | kChangeChildren);
     hypertext->UpdateOutlineOrder();
     return node;
 }

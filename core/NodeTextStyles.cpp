@@ -1,4 +1,5 @@
 // NodeText: the styled side of a note's text.
+#include "Change.h"
 #include "Content.h"
 #include "Node.h"
 #include "NodeHelpers.h"
@@ -12,7 +13,7 @@ void NodeText::SetRTFD(const StyledText& styled) const {
     if (!node)
         return;
     GetContent()->SetAttributedString(styled);
-    node->Changed(4);
+    node->Changed(kChangeContent);
 }
 
 void NodeText::Append(const std::string& text) const {

@@ -370,7 +370,7 @@ AliasNode* AliasNode::CreateFor(Node* o, Node* parent, Node* after, double x, do
     if (initialize)
         alias->Initialize();
     if (Node* f = alias->Father())
-        f->Changed(2);
+        f->Changed(kChangeChildren);
     return alias;
 }
 

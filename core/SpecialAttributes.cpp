@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "Change.h"
 #include "Content.h"
 #include "Hooks.h"
 #include "Hypertext.h"
@@ -105,12 +106,7 @@ void TextAttribute::Remove(Node* note) { NodeText(note).SetText(""); }
 // ------------------------------------------------------------ Path, Local
 
 const Value* PathAttribute::ValueFor(const Node* note) const {
-    if (!note)
-        return KeepString(note, "");
-    std::string path;
-    for (const Node* n = note; n && !n->IsRoot(); n = n->Father())
-        path = "/" + n->Name() + path;
-    return KeepString(note, path);
+    return KeepString(note, note ? NodeFacade(note).HTPath() : std::string());
 }
 
 const Value* LocalAttribute::ValueFor(const Node* note) const {
@@ -284,9 +280,9 @@ void ParentAttribute::Set(Node* note, const Value* value) {
     }
     StChanges changes(note->GetHypertext());
     if (Node* old = note->Father())
-        old->Changed(2);
+        old->Changed(kChangeChildren);
     NodePosition(note).DoMoveTo(newFather, newFather->YoungestSon());
-    newFather->Changed(2);
+    newFather->Changed(kChangeChildren);
 }
 
 void ParentAttribute::Remove(Node* note) {

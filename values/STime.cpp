@@ -487,7 +487,7 @@ DateComponents STime::GetComponents(unsigned flags) const {
         auto& utilities = DateFormatterUtilities::Get();
         icu::Calendar& calendar = utilities.Calendar();
         if (!SetCalendar(calendar, seconds)) {
-            LogLine("aha");
+            LogLine("STime: an instant beyond the calendar has no date");
             return c;
         }
         if (flags & kEraUnit)
@@ -522,7 +522,7 @@ DateComponents STime::GetComponents(unsigned flags, const STime& from, const STi
         DateComponents c;
         icu::Calendar& calendar = DateFormatterUtilities::Get().Calendar();
         if (!SetCalendar(calendar, from.seconds) || !CalendarCanHold(to.seconds)) {
-            LogLine("aha");
+            LogLine("STime: an instant beyond the calendar has no date");
             return c;
         }
         const double target = to.seconds * 1000.0;

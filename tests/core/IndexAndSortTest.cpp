@@ -2,6 +2,7 @@
 
 #include "Attribute.h"
 #include "AttributeInfo.h"
+#include "Colors.h"
 #include "NodeIndex.h"
 #include "NodeSorting.h"
 #include "Prefs.h"
@@ -147,7 +148,7 @@ TEST(Facades, NullNotesAndDocumentsAnswerSafely) {
     EXPECT_TRUE(HypertextFacade(HypertextFacade::NoHypertext()).Valid());
 
     Hypertext doc;
-    doc.NamedColors()["sea"] = PColor(0, 0x8080, 0xffff);
+    doc.GetColorTable()->Set("sea", PColor(0, 0x8080, 0xffff));
     Node* n = MakeNote(doc, "n");
     n->Set("Color", "sea");
     EXPECT_TRUE(n->GetColor("Color") == PColor(0, 0x8080, 0xffff));

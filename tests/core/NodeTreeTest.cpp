@@ -191,3 +191,19 @@ TEST(NodeTree, ChangesAreCollectedUntilTheOutermostGuardEnds) {
     a->SetDouble("Xpos", 10);
     EXPECT_EQ(batches.size(), 1u);
 }
+
+// Every part of the program writes a note's path the same way: the Path
+// attribute, the paths of a list of notes and HTPath.
+TEST(NodeTree, PathsAreWrittenOneWay) {
+    Hypertext doc;
+    Node* a = MakeNote(doc, "a/b");
+    Node* c = MakeNote(doc, "c", a);
+    EXPECT_EQ(NodeFacade(c).HTPath(), "/a/b/c");
+    EXPECT_EQ(c->GetString("Path"), "/a/b/c");
+    EXPECT_EQ(doc.Root()->GetString("Path"), "/");
+    EXPECT_EQ(NodeFacade(doc.Root()).HTPath(), "/");
+    NodeVector both;
+    both.push_back(a);
+    both.push_back(c);
+    EXPECT_EQ(both.PathString(), "/a/b;/a/b/c");
+}

@@ -81,8 +81,8 @@ TEST(SpecialDefaults, RenamedAttributesForwardEverything) {
     Attribute* old = props->GetAttribute("MapTextSize");
     Attribute* target = props->GetAttribute("MapNameSize");
     ASSERT_TRUE(old->IsValid());
-    EXPECT_TRUE(old->IsDepecated());
-    EXPECT_FALSE(target->IsDepecated());
+    EXPECT_TRUE(old->IsDeprecated());
+    EXPECT_FALSE(target->IsDeprecated());
     // The default, the category and the values are the target's.
     EXPECT_EQ(old->GetDefaultValueAsString(), target->GetDefaultValueAsString());
     EXPECT_EQ(old->Category(), target->Category());
@@ -99,7 +99,7 @@ TEST(SpecialDefaults, RenamedAttributesForwardEverything) {
 
     // A deprecated attribute without a target answers as usual.
     Attribute* deprecated = props->GetAttribute("TextPaneWidth");
-    EXPECT_TRUE(deprecated->IsDepecated());
+    EXPECT_TRUE(deprecated->IsDeprecated());
     EXPECT_EQ(n->GetLong("TextPaneWidth"), -1);
     n->SetLong("TextPaneWidth", 300);
     EXPECT_EQ(n->GetLong("TextPaneWidth"), 300);

@@ -47,7 +47,7 @@ TEST(SystemAttributeBuild, EveryRowBecomesADefinition) {
         if (row.IsPreference()) {
             EXPECT_EQ(a->GetKind(), row.preferenceKind);
         }
-        EXPECT_EQ(a->IsDepecated(), row.deprecated || row.IsRenamed());
+        EXPECT_EQ(a->IsDeprecated(), row.deprecated || row.IsRenamed());
         if (row.IsRenamed()) {
             auto* renamed = dynamic_cast<const RenamedAndDeprecatedAttribute*>(a);
             ASSERT_NE(renamed, nullptr);

@@ -43,6 +43,8 @@ std::string CompareNotes(const Node* a, const Node* b) {
         return Describe(a) + " has another prototype";
     if (a->GetPrototypeRequest() != b->GetPrototypeRequest())
         return Describe(a) + " waits for another prototype";
+    if (a->CompositeData() != b->CompositeData())
+        return Describe(a) + " has other composites";
     const Content* ca = a->GetContent();
     const Content* cb = b->GetContent();
     std::string ta = ca ? ca->GetText() : std::string();
