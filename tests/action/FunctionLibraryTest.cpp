@@ -11,6 +11,7 @@
 #include "AttributeType.h"
 #include "CommandTrust.h"
 #include "Hypertext.h"
+#include "Log.h"
 #include "MatchList.h"
 #include "Node.h"
 #include "NodeHelpers.h"
@@ -153,6 +154,41 @@ TEST_F(FunctionLibraryTest, CommandsRunOnlyWhenAllowed) {
     EXPECT_EQ(Eval("runCommand(\"cat\", \"piped\")"), "piped");
     CommandTrust::Allow(false);
     std::filesystem::remove(marker);
+}
+
+TEST_F(FunctionLibraryTest, GroupFunctions) {
+    a->Set("Count", "2");
+    b->Set("Count", "5");
+    b->Set("Words", "x;y");
+    EXPECT_EQ(Eval("collect(children, $Name)", top), "A;B");
+    EXPECT_EQ(Eval("collect(children, $Words)", top), "\"x;y\"");
+    EXPECT_EQ(Eval("collect_if(children, $Count > 3, $Name)", top), "B");
+    EXPECT_EQ(Eval("find($Count > 3)"), "/Top/B");
+    EXPECT_EQ(Eval("sum(children, $Count)", top), "7");
+    EXPECT_EQ(Eval("count_if(children, $Count > 1)", top), "2");
+    // avg divides by the whole group, even notes the condition refused.
+    EXPECT_EQ(Eval("avg_if(children, $Count > 3, $Count)", top), "2.5");
+    EXPECT_EQ(Eval("every(children, $Count > 1)", top), "true");
+    EXPECT_EQ(Eval("every(children, $Count > 2)", top), "");
+    EXPECT_EQ(Eval("any(children, $Count > 4)", top), "true");
+    EXPECT_EQ(Eval("every(children, $Count > 1)", b), "true");
+    EXPECT_EQ(Eval("any(children, $Count > 1)", b), "");
+    EXPECT_EQ(Eval("values(children, \"Count\")", top), "2;5;");
+    // A note that refuses searches is left out.
+    b->SetBoolean("Searchable", false);
+    EXPECT_EQ(Eval("collect(children, $Name)", top), "A");
+}
+
+TEST_F(FunctionLibraryTest, EvalAndSelfEvaluatingCodeStop) {
+    EXPECT_EQ(Eval("eval(\"1+1\")"), "2");
+    a->Set("Words", "eval($Words)");
+    std::vector<std::string> logged;
+    LogSink old = SetLogSink([&logged](const std::string& line) { logged.push_back(line); });
+    EXPECT_EQ(Eval("eval($Words)"), "");
+    SetLogSink(old);
+    EXPECT_EQ(logged.size(), 1u);
+    Do("action(\"$Count=7\")");
+    EXPECT_EQ(a->GetString("Count"), "7");
 }
 
 }  // namespace
