@@ -468,7 +468,6 @@ public:
 
 // Family bases of the function library.
 
-// A one-argument numeric function.
 // A function of the library. Until its class computes something of its
 // own, a call answers the empty text (never the operand passed through).
 class AAFunction : public AAUnaryOperator {
@@ -478,17 +477,26 @@ public:
     bool IsValid(const Node* note) const override { return true; }
 };
 
+// A one-argument numeric function: the argument computed as a double goes
+// through Compute; the result is a number.
 class AANumFun : public AAFunction {
 public:
     using AAFunction::AAFunction;
     int Priority() const override { return kPriorityListFunction; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+    virtual double Compute(double x) const { return x; }
 };
 
-// A one-argument text function.
+// A one-argument text function: the argument computed as text goes through
+// Transform; the result is a string.
 class AATransformer : public AAFunction {
 public:
     using AAFunction::AAFunction;
     int Priority() const override { return kPriorityDotOperator; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+    virtual std::string Transform(const std::string& text) const { return text; }
 };
 
 // A function over the items of a list.

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "AAFunctions.h"
+#include "AAValue.h"
 #include "Log.h"
 
 const char* const AgentActionExpressionParser::kTooDeepMessage = "expression nested too deeply";

@@ -4,7 +4,11 @@
 #include <climits>
 #include <unordered_map>
 
-#include "AAFunctions.h"
+#include "AACollect.h"
+#include "AACompositeFor.h"
+#include "AACreate.h"
+#include "AAOperators.h"
+#include "AASetFun.h"
 #include "AgentActionExpressionParser.h"
 #include "ArgList.h"
 #include "ElementTables.h"

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "Action.h"
+#include "CommandTrust.h"
 #include "ActionHooks.h"
 #include "Attribute.h"
 #include "Commands.h"
@@ -24,6 +25,7 @@ struct DoState {
     std::string path;
     std::string action;
     bool dryRun = false;
+    bool allowCommands = false;
 };
 
 // What every note holds of its own, by note and attribute name. The
@@ -71,6 +73,7 @@ std::vector<ValueChange> Differences(const Snapshot& before, const Snapshot& aft
 }
 
 int RunDo(const DoState& state) {
+    CommandTrust::Allow(state.allowCommands);
     InstallActionHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, !state.dryRun, error);
@@ -104,6 +107,8 @@ CommandRegistration registration(
             ->required();
         cmd->add_flag("--dry-run,-n", state->dryRun,
                       "Change nothing; print each value that would change: note, attribute, old -> new (tab-separated)");
+        cmd->add_flag("--allow-commands", state->allowCommands,
+                      "Let the document's code run outside programs (runCommand, the backtick, .tr)");
         cmd->callback([&result, state] { result.code = RunDo(*state); });
     },
     61);

@@ -5,6 +5,7 @@
 
 #include "AAValue.h"
 #include "Action.h"
+#include "CommandTrust.h"
 #include "ActionHooks.h"
 #include "AttributeType.h"
 #include "Commands.h"
@@ -18,6 +19,7 @@ struct EvalState {
     std::string path;
     std::string expression;
     bool type = false;
+    bool allowCommands = false;
 };
 
 std::string TypeWord(int code) {
@@ -31,6 +33,7 @@ std::string TypeWord(int code) {
 }
 
 int RunEval(const EvalState& state) {
+    CommandTrust::Allow(state.allowCommands);
     InstallActionHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, false, error);
@@ -55,6 +58,8 @@ CommandRegistration registration(
         cmd->add_option("PATH", state->path, "The note, such as /Projects/Ideas")->required();
         cmd->add_option("EXPR", state->expression, "The expression, such as '$ChildCount * 2'")->required();
         cmd->add_flag("--type", state->type, "Print the type of the result on a second line");
+        cmd->add_flag("--allow-commands", state->allowCommands,
+                      "Let the document's code run outside programs (runCommand, the backtick, .tr)");
         cmd->callback([&result, state] { result.code = RunEval(*state); });
     },
     60);

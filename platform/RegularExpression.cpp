@@ -15,8 +15,10 @@ RegularExpression::RegularExpression(const std::string& pattern, bool caseInsens
     UErrorCode status = U_ZERO_ERROR;
     uint32_t flags = caseInsensitive ? UREGEX_CASE_INSENSITIVE : 0;
     auto matcher = std::make_unique<icu::RegexMatcher>(icu::UnicodeString::fromUTF8(pattern), flags, status);
-    if (U_SUCCESS(status))
+    if (U_SUCCESS(status)) {
+        matcher->setTimeLimit(kTimeLimit, status);
         impl->matcher = std::move(matcher);
+    }
 }
 
 RegularExpression::~RegularExpression() = default;
@@ -47,6 +49,58 @@ bool RegularExpression::Search(const std::string& text, Match& match, long from)
         match.groups.push_back(std::move(group));
     }
     return U_SUCCESS(status);
+}
+
+namespace {
+
+void ReadGroups(icu::RegexMatcher& matcher, RegularExpression::Match& match) {
+    UErrorCode status = U_ZERO_ERROR;
+    match.position = matcher.start(status);
+    match.length = matcher.end(status) - match.position;
+    int32_t groups = matcher.groupCount();
+    for (int32_t i = 0; i <= groups; ++i) {
+        std::string group;
+        UErrorCode groupStatus = U_ZERO_ERROR;
+        icu::UnicodeString found = matcher.group(i, groupStatus);
+        if (U_SUCCESS(groupStatus))
+            found.toUTF8String(group);
+        match.groups.push_back(std::move(group));
+    }
+}
+
+}  // namespace
+
+void RegularExpression::SearchAll(const std::string& text, std::vector<Match>& found) {
+    found.clear();
+    if (!impl->matcher)
+        return;
+    impl->input = icu::UnicodeString::fromUTF8(text);
+    icu::RegexMatcher& matcher = *impl->matcher;
+    matcher.reset(impl->input);
+    UErrorCode status = U_ZERO_ERROR;
+    while (matcher.find(status) && U_SUCCESS(status)) {
+        Match match;
+        ReadGroups(matcher, match);
+        found.push_back(std::move(match));
+    }
+    // A match cut off by the time limit counts as no match at all.
+    if (U_FAILURE(status))
+        found.clear();
+}
+
+std::string RegularExpression::ReplaceAll(const std::string& text, const std::string& replacement) {
+    if (!impl->matcher)
+        return text;
+    impl->input = icu::UnicodeString::fromUTF8(text);
+    icu::RegexMatcher& matcher = *impl->matcher;
+    matcher.reset(impl->input);
+    UErrorCode status = U_ZERO_ERROR;
+    icu::UnicodeString result = matcher.replaceAll(icu::UnicodeString::fromUTF8(replacement), status);
+    if (U_FAILURE(status))
+        return text;
+    std::string out;
+    result.toUTF8String(out);
+    return out;
 }
 
 RegularExpression& RegularExpression::Cached(const std::string& pattern, bool caseInsensitive) {

@@ -31,6 +31,16 @@ public:
     bool IsValid() const;
     // The first match in `text` at or after `from` (UTF-16 units).
     bool Search(const std::string& text, Match& match, long from = 0);
+    // Every match, in order; an empty match moves on by one unit.
+    void SearchAll(const std::string& text, std::vector<Match>& found);
+    // Every match replaced by `replacement`, where `$1` names a group and a
+    // backslash quotes the next character. A bad template leaves the text.
+    std::string ReplaceAll(const std::string& text, const std::string& replacement);
+
+    // Matching is cut off after about this many steps of the match engine
+    // (roughly milliseconds), so that a pathological pattern such as
+    // `(a+)+$` answers no match instead of running for ever.
+    static constexpr int kTimeLimit = 500;
 
 private:
     struct Impl;

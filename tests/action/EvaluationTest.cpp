@@ -308,9 +308,4 @@ TEST_F(EvaluationTest, AnActionThatRewritesItselfKeepsRunningSafely) {
     EXPECT_GE(ActionPool::For(&doc)->Size(), 1u);
 }
 
-TEST_F(EvaluationTest, FunctionsWithoutABodyAnswerNothing) {
-    EXPECT_EQ(Eval("sqrt(16)"), "");
-    EXPECT_EQ(Eval("\"abc\".size"), "");
-}
-
 }  // namespace

@@ -1,0 +1,184 @@
+#include "AACollect.h"
+
+#include <set>
+
+#include "AAArguments.h"
+#include "AttributeType.h"
+#include "HTPath.h"
+#include "MatchList.h"
+#include "Node.h"
+#include "Parser.h"
+#include "STimeInterval.h"
+
+using Type = AttributeType;
+
+std::string QuoteIfNeeded(const std::string& text) {
+    if (text.find_first_of(";(\"") == std::string::npos)
+        return text;
+    if (text.find('"') != std::string::npos)
+        return "'" + text + "'";
+    return "\"" + text + "\"";
+}
+
+const AAValue* AACollect::Condition() const { return HasCondition() ? NthArgument(operand.get(), 1) : nullptr; }
+
+const AAValue* AACollect::Expression() const { return NthArgument(operand.get(), HasCondition() ? 2 : 1); }
+
+NodeVector AACollect::Choose(Node* note, MatchList& matches, bool& found) const {
+    found = false;
+    const AAValue* group = operand.get();
+    if (!group)
+        return NodeVector();
+    std::string text = ComputeValue(group, note, matches).AsString();
+    if (text.empty())
+        return NodeVector();
+    found = true;
+    return HTPath::All(note, text, matches);
+}
+
+bool AACollect::Included(Node* note, MatchList& matches) const {
+    if (!note)
+        return false;
+    if (HasCondition()) {
+        const AAValue* condition = Condition();
+        if (note->IsAdornment() || !condition)
+            return false;
+        if (!note->GetBoolean("Searchable"))
+            return false;
+        return ComputeValue(condition, note, matches).IsTrue();
+    }
+    return note->GetBoolean("Searchable");
+}
+
+ActionResult AACollect::ActionValue(Node* note, MatchList& matches) const {
+    bool found = false;
+    NodeVector group = Choose(note, matches, found);
+    if (!found)
+        return ActionResult(std::string());
+    const AAValue* expression = Expression();
+    ArgList result;
+    for (Node* member : group) {
+        matches.matches.clear();
+        if (!Included(member, matches))
+            continue;
+        if (!expression) {
+            result.push_back(member->GetString("Name"));
+            continue;
+        }
+        int type = expression->ResultType(member, matches);
+        std::string value = ComputeValue(expression, member, matches).AsString();
+        if (type == Type::kList || type == Type::kSet || type == Type::kDictionary)
+            result.Add(value, ';');
+        else if (!value.empty())
+            result.push_back(QuoteIfNeeded(value));
+    }
+    return ActionResult(result.ToString(";"));
+}
+
+int AACollect::ResultType(Node*, MatchList&) const { return Type::kList; }
+
+ActionResult AACountIf::ActionValue(Node* note, MatchList& matches) const {
+    if (!Condition())
+        return ActionResult("count_if: syntax error");
+    bool found = false;
+    NodeVector group = Choose(note, matches, found);
+    long count = 0;
+    for (Node* member : group) {
+        matches.matches.clear();
+        if (Included(member, matches))
+            ++count;
+    }
+    return ActionResult(static_cast<double>(count));
+}
+
+int AACountIf::ResultType(Node*, MatchList&) const { return Type::kNumber; }
+
+bool AASum::Total(Node* note, MatchList& matches, double& total, bool& interval, size_t& groupSize) const {
+    total = 0.0;
+    interval = false;
+    const AAValue* expression = Expression();
+    if (!expression || (HasCondition() && !Condition()))
+        return false;
+    bool found = false;
+    NodeVector group = Choose(note, matches, found);
+    groupSize = group.size();
+    for (Node* member : group) {
+        matches.matches.clear();
+        if (!Included(member, matches))
+            continue;
+        if (expression->ResultType(member, matches) == Type::kInterval) {
+            interval = true;
+            total += ComputeValue(expression, member, matches).AsInterval().Seconds();
+        } else {
+            total += ComputeValue(expression, member, matches).AsDouble();
+        }
+    }
+    return true;
+}
+
+ActionResult AASum::ActionValue(Node* note, MatchList& matches) const {
+    double total = 0.0;
+    bool interval = false;
+    size_t size = 0;
+    if (!Total(note, matches, total, interval, size))
+        return ActionResult(SyntaxError());
+    return interval ? ActionResult(STimeInterval(total).ToString()) : ActionResult(total);
+}
+
+int AASum::ResultType(Node* note, MatchList& matches) const {
+    const AAValue* expression = Expression();
+    if (expression && expression->ResultType(note, matches) == Type::kInterval)
+        return Type::kInterval;
+    return Type::kNumber;
+}
+
+ActionResult AAAvg::ActionValue(Node* note, MatchList& matches) const {
+    double total = 0.0;
+    bool interval = false;
+    size_t size = 0;
+    if (!Total(note, matches, total, interval, size))
+        return ActionResult(SyntaxError());
+    double average = total / static_cast<double>(size ? size : 1);
+    return interval ? ActionResult(STimeInterval(average).ToString()) : ActionResult(average);
+}
+
+ActionResult AAEvery::ActionValue(Node* note, MatchList& matches) const {
+    const AAValue* expression = Expression();
+    if (!operand || !expression)
+        return ActionResult(SyntaxError());
+    bool found = false;
+    NodeVector group = Choose(note, matches, found);
+    for (Node* member : group) {
+        matches.matches.clear();
+        if (ComputeValue(expression, member, matches).IsTrue() == Decisive())
+            return Decisive() ? kTrueResult() : kFalseResult();
+    }
+    return Decisive() ? kFalseResult() : kTrueResult();
+}
+
+int AAEvery::ResultType(Node*, MatchList&) const { return Type::kBoolean; }
+
+ActionResult AAValues::ActionValue(Node* note, MatchList& matches) const {
+    const AAValue* attribute = NthArgument(operand.get(), 1);
+    std::string name = Parser::TrimQuotes(attribute ? attribute->Token() : std::string());
+    if (!name.empty() && name[0] == '$')
+        name.erase(0, 1);
+    if (name.empty())
+        return ActionResult(std::string());
+    bool found = false;
+    NodeVector group = Choose(note, matches, found);
+    std::set<std::string> values;
+    for (Node* member : group) {
+        // A list or set value gives each of its items.
+        ArgList items(member->GetString(name), ';', false);
+        for (const std::string& item : items.GetList())
+            if (!item.empty())
+                values.insert(item);
+    }
+    std::string out;
+    for (const std::string& value : values)
+        out += value + ";";
+    return ActionResult(out);
+}
+
+int AAValues::ResultType(Node*, MatchList&) const { return Type::kList; }

@@ -1,0 +1,121 @@
+#pragma once
+// Group functions over the notes a designator names: designator, then the
+// further arguments. The `_if` forms take a condition before the expression.
+#include "AAValue.h"
+#include "NodeVector.h"
+
+// `collect(group, expr)`: the expression computed on each note of the
+// group that allows searches, joined with ";".
+class AACollect : public AAFunction {
+public:
+    using AAFunction::AAFunction;
+    const char* ClassName() const override { return "AACollect"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+
+    // The notes of the group; `found` is false when the group computed to
+    // nothing at all.
+    NodeVector Choose(Node* note, MatchList& matches, bool& found) const;
+    // Whether a note of the group takes part.
+    virtual bool Included(Node* note, MatchList& matches) const;
+    virtual bool HasCondition() const { return false; }
+    const AAValue* Condition() const;
+    const AAValue* Expression() const;
+};
+
+// `collect_if(group, condition, expr)`; "find" is written as one.
+class AACollectIf : public AACollect {
+public:
+    using AACollect::AACollect;
+    const char* ClassName() const override { return "AACollectIf"; }
+    bool HasCondition() const override { return true; }
+};
+
+class AACountIf : public AACollectIf {
+public:
+    using AACollectIf::AACollectIf;
+    const char* ClassName() const override { return "AACountIf"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+};
+
+// The sum of the expression over the included notes; intervals add up as
+// intervals.
+class AASum : public AACollect {
+public:
+    using AACollect::AACollect;
+    const char* ClassName() const override { return "AASum"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+
+protected:
+    // The total, whether it is an interval, and the size of the whole group.
+    bool Total(Node* note, MatchList& matches, double& total, bool& interval, size_t& groupSize) const;
+    virtual const char* SyntaxError() const { return "sum: syntax error"; }
+};
+
+class AASumIf : public AASum {
+public:
+    using AASum::AASum;
+    const char* ClassName() const override { return "AASumIf"; }
+    bool HasCondition() const override { return true; }
+};
+
+// The sum divided by the size of the whole group, refused notes included.
+class AAAvg : public AASum {
+public:
+    using AASum::AASum;
+    const char* ClassName() const override { return "AAAvg"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+
+protected:
+    const char* SyntaxError() const override { return "avg: syntax error"; }
+};
+
+class AAAvgIf : public AAAvg {
+public:
+    using AAAvg::AAAvg;
+    const char* ClassName() const override { return "AAAvgIf"; }
+    bool HasCondition() const override { return true; }
+
+protected:
+    const char* SyntaxError() const override { return "avg_if: syntax error"; }
+};
+
+// True when the expression holds on every note (an empty group included).
+class AAEvery : public AACollect {
+public:
+    using AACollect::AACollect;
+    const char* ClassName() const override { return "AAEvery"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+
+protected:
+    // The answer when a note's test comes out `decisive`, and otherwise.
+    virtual bool Decisive() const { return false; }
+    virtual const char* SyntaxError() const { return "every: syntax error"; }
+};
+
+class AAAny : public AAEvery {
+public:
+    using AAEvery::AAEvery;
+    const char* ClassName() const override { return "AAAny"; }
+
+protected:
+    bool Decisive() const override { return true; }
+    const char* SyntaxError() const override { return "any: syntax error"; }
+};
+
+// `values(group, attribute)`: the distinct non-empty values, sorted, each
+// followed by ";".
+class AAValues : public AACollect {
+public:
+    using AACollect::AACollect;
+    const char* ClassName() const override { return "AAValues"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+};
+
+// A text holding ";", "(" or a double quote, in quotes: single quotes when
+// it holds a double quote.
+std::string QuoteIfNeeded(const std::string& text);

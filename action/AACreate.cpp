@@ -1,0 +1,199 @@
+#include "AACreate.h"
+
+#include "AAArguments.h"
+#include "Action.h"
+#include "AttributeType.h"
+#include "CommandTrust.h"
+#include "HTPath.h"
+#include "Log.h"
+#include "MatchList.h"
+#include "Node.h"
+#include "NodeHelpers.h"
+#include "Parser.h"
+
+using Type = AttributeType;
+
+namespace {
+
+thread_local int gNesting = 0;
+
+// The note the first argument of a two-argument form names; with one
+// argument the note itself. `rest` is the argument that follows it.
+Node* TargetAndRest(const AAValue* first, Node* note, MatchList& matches, const AAValue*& rest) {
+    if (first && first->GetNextArgument()) {
+        rest = first->GetNextArgument();
+        std::string designator = Parser::TrimQuotes(first->Token());
+        return designator.empty() ? note : HTPath::Get(note, designator, matches);
+    }
+    rest = first;
+    return note;
+}
+
+// The text of a path argument, with the name behind it when one is given.
+std::string PathAndName(const AAValue* first, Node* note, MatchList& matches) {
+    std::string path = Parser::TrimQuotes(ArgumentText(first, note, matches));
+    if (const AAValue* name = NthArgument(first, 1))
+        path += "/" + Parser::TrimQuotes(ArgumentText(name, note, matches));
+    return path;
+}
+
+// Finds or makes each step of a "/"-separated path, from the root for an
+// absolute path and from the note otherwise.
+Node* CreatePath(Node* note, const std::string& path) {
+    if (!note || path.empty())
+        return nullptr;
+    Node* at = path[0] == '/' ? nullptr : note;
+    NodeMaker maker(note);
+    size_t start = path[0] == '/' ? 1 : 0;
+    Node* made = nullptr;
+    while (start <= path.size()) {
+        size_t end = path.find('/', start);
+        std::string step = path.substr(start, end == std::string::npos ? std::string::npos : end - start);
+        start = end == std::string::npos ? path.size() + 1 : end + 1;
+        if (step.empty())
+            continue;
+        Node* parent = at ? at : note->Root();
+        Node* found = nullptr;
+        for (Node* child = parent->Son(); child; child = child->Brother())
+            if (!child->IsHidden() && child->Name() == step) {
+                found = child;
+                break;
+            }
+        if (!found)
+            found = maker.Make(step, at, nullptr);
+        at = made = found;
+    }
+    return made;
+}
+
+}  // namespace
+
+StNestedCode::StNestedCode() { ++gNesting; }
+StNestedCode::~StNestedCode() { --gNesting; }
+
+bool StNestedCode::TooDeep() const {
+    if (gNesting <= kMaxNesting)
+        return false;
+    // One line for the whole runaway: only the call that crosses the limit
+    // reports it.
+    if (gNesting == kMaxNesting + 1)
+        LogLine("action code nested too deeply (eval, action or do calling itself); stopped");
+    return true;
+}
+
+// ---------------------------------------------------------------------------
+// Running code
+
+ActionResult AAEval::ActionValue(Node* note, MatchList& matches) const {
+    StNestedCode nesting;
+    if (nesting.TooDeep())
+        return ActionResult(std::string());
+    const AAValue* expression = nullptr;
+    Node* target = TargetAndRest(operand.get(), note, matches, expression);
+    if (!target || !expression)
+        return ActionResult(std::string());
+    std::string code = ArgumentText(expression, target, matches);
+    AAValuePtr tree = Action::ParseExpression(code, true);
+    if (!tree)
+        return ActionResult(std::string());
+    return ComputeValue(tree.get(), target, matches);
+}
+
+int AAEval::ResultType(Node*, MatchList&) const { return Type::kNone; }
+
+ActionResult AAAction::ActionValue(Node* note, MatchList& matches) const {
+    StNestedCode nesting;
+    if (nesting.TooDeep())
+        return ActionResult(std::string());
+    const AAValue* code = nullptr;
+    Node* target = TargetAndRest(operand.get(), note, matches, code);
+    if (!target)
+        return kFalseResult();
+    Action::Do(target, matches, ArgumentText(code, target, matches));
+    return kTrueResult();
+}
+
+int AAAction::ResultType(Node*, MatchList&) const { return Type::kBoolean; }
+
+ActionResult AAShellValue::ActionValue(Node* note, MatchList& matches) const {
+    const AAValue* command = operand.get();
+    std::string text = ArgumentText(command, note, matches);
+    if (text.empty())
+        return kFalseResult();
+    std::string input = ArgumentText(NthArgument(command, 1), note, matches);
+    const AAValue* directory = NthArgument(command, 2);
+    std::string folder = directory ? ArgumentText(directory, note, matches) : std::string("~");
+    return ActionResult(CommandTrust::Run(note, text, input, folder));
+}
+
+int AAShellValue::ResultType(Node*, MatchList&) const { return Type::kString; }
+
+// ---------------------------------------------------------------------------
+// Making notes
+
+ActionResult AACreate::ActionValue(Node* note, MatchList& matches) const {
+    Node* made = CreatePath(note, PathAndName(operand.get(), note, matches));
+    return made ? ActionResult(NodeVector{made}) : ActionResult(std::string());
+}
+
+ActionResult AACreateAgent::ActionValue(Node* note, MatchList& matches) const {
+    // No agent kind of note exists yet: an ordinary note carries the query.
+    const AAValue* first = operand.get();
+    std::string path = Parser::TrimQuotes(ArgumentText(first, note, matches));
+    const AAValue* query = NthArgument(first, 1);
+    Node* made = CreatePath(note, path);
+    if (!made)
+        return ActionResult(std::string());
+    if (query)
+        made->Set("AgentQuery", ArgumentText(query, note, matches));
+    return ActionResult(NodeVector{made});
+}
+
+ActionResult AADelete::ActionValue(Node* note, MatchList& matches) const {
+    // Deleting notes needs the deletion protocol of running actions, which
+    // is not in place yet: the arguments are computed and nothing deleted.
+    PathAndName(operand.get(), note, matches);
+    return kFalseResult();
+}
+
+ActionResult AAStamp::ActionValue(Node* note, MatchList& matches) const {
+    // The document's stamps are kept as carried text only so far.
+    for (const AAValue* argument = operand.get(); argument; argument = argument->GetNextArgument())
+        ArgumentText(argument, note, matches);
+    return kFalseResult();
+}
+
+ActionResult AAMacro::ActionValue(Node* note, MatchList& matches) const {
+    // The document's macros are kept as carried text only so far.
+    for (const AAValue* argument = operand.get(); argument; argument = argument->GetNextArgument())
+        ArgumentText(argument, note, matches);
+    return ActionResult(std::string());
+}
+
+ActionResult AAExport::ActionValue(Node* note, MatchList& matches) const {
+    for (const AAValue* argument = NthArgument(operand.get(), 1); argument; argument = argument->GetNextArgument())
+        ArgumentText(argument, note, matches);
+    return ActionResult(std::string());
+}
+
+// ---------------------------------------------------------------------------
+// Platform services this system does not have
+
+ActionResult AAPlay::ActionValue(Node* note, MatchList& matches) const {
+    ArgumentText(operand.get(), note, matches);
+    return kFalseResult();
+}
+
+ActionResult AANotify::ActionValue(Node* note, MatchList& matches) const {
+    for (const AAValue* argument = operand.get(); argument; argument = argument->GetNextArgument())
+        ArgumentText(argument, note, matches);
+    return kFalseResult();
+}
+
+ActionResult AASpeak::ActionValue(Node* note, MatchList& matches) const {
+    if (left)
+        ComputeValue(left.get(), note, matches);
+    for (const AAValue* argument = right.get(); argument; argument = argument->GetNextArgument())
+        ArgumentText(argument, note, matches);
+    return kFalseResult();
+}
