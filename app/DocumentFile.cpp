@@ -145,10 +145,7 @@ Node* FindNoteByPath(Hypertext* hypertext, const std::string& path) {
 std::string PathOfNote(const Node* node) {
     if (!node || !node->Father())
         return "/";
-    std::string path;
-    for (const Node* n = node; n && n->Father(); n = n->Father())
-        path = "/" + EscapeName(n->Name()) + path;
-    return path;
+    return NodeFacade(node).HTPath(true);
 }
 
 int DepthOfNote(const Node* node) {

@@ -374,7 +374,7 @@ bool NodeFacade::IsUntitled() const {
     return name.empty() || name == node->DefaultName();
 }
 
-std::string NodeFacade::HTPath() const {
+std::string NodeFacade::HTPath(bool escapeNames) const {
     if (Invalid())
         return "";
     std::vector<std::string> names;
@@ -384,8 +384,18 @@ std::string NodeFacade::HTPath() const {
     if (names.empty())
         return "/";
     std::string path;
-    for (auto it = names.rbegin(); it != names.rend(); ++it)
-        path += "/" + *it;
+    for (auto it = names.rbegin(); it != names.rend(); ++it) {
+        path += '/';
+        if (!escapeNames) {
+            path += *it;
+            continue;
+        }
+        for (char c : *it) {
+            if (c == '/' || c == '\\')
+                path += '\\';
+            path += c;
+        }
+    }
     return path;
 }
 

@@ -145,7 +145,10 @@ public:
     // The note's path, the one form every part of the program writes: "/"
     // then the names below the root from the top down, "/" between, names
     // as they are; the root is "/". ("" for no note.)
-    virtual std::string HTPath() const;
+    virtual std::string HTPath() const { return HTPath(false); }
+    // The same, with a "/" or a backslash inside a name preceded by a backslash when
+    // `escapeNames` is set: the form the command line prints and reads back.
+    std::string HTPath(bool escapeNames) const;
     virtual bool CanCreateNodes() const;
 
 protected:

@@ -13,7 +13,7 @@ TEST_F(Commands, BuildAndQueryADocument) {
     EXPECT_EQ(R({"set", file, "/Prototypes/Person", "IsPrototype", "true"}).code, 0);
     EXPECT_EQ(R({"set", file, "/Prototypes/Person", "Color", "red"}).code, 0);
     EXPECT_EQ(R({"add", file, "/Projects", "Ann", "--proto", "Person"}).out, "/Projects/Ann\n");
-    EXPECT_EQ(R({"add", file, "/Projects", "a/b"}).out, "/Projects/a/b\n");
+    EXPECT_EQ(R({"add", file, "/Projects", "a/b"}).out, "/Projects/a\\/b\n");
     EXPECT_EQ(R({"get", file, "/Projects/a\\/b", "Name"}).out, "a/b\n");
 
     // Values are read as the attribute's type reads typing.
