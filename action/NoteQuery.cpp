@@ -17,7 +17,8 @@ bool NoteQuery::Holds(Node* note, MatchList& matches) const {
 bool NoteQuery::Matches(Node* note, MatchList& matches) const {
     if (!tree || !note || note->Invalid() || note->IsAlias())
         return false;
-    if (!note->GetBoolean("Searchable"))
+    const Attribute* searchableAttribute = searchable.Find(note, "Searchable");
+    if (searchableAttribute && !note->GetBoolean(searchableAttribute))
         return false;
     if (Holds(note, matches))
         return true;

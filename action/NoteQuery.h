@@ -7,6 +7,7 @@
 #include <string>
 
 #include "AAValue.h"
+#include "AttributeCache.h"
 #include "NodeVector.h"
 
 class Hypertext;
@@ -28,4 +29,5 @@ private:
     bool Holds(Node* note, MatchList& matches) const;
 
     AAValuePtr tree;
+    AttributeCache searchable;
 };
