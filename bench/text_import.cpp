@@ -26,61 +26,11 @@
 #include "NodeHelpers.h"
 #include "NodeIndexing.h"
 
+#include "BenchDocument.h"
+
 namespace {
 
-constexpr int kNotes = 100000;
-constexpr int kWords = 60;
-
-const char* const kVocabulary[] = {
-    "garden", "bean",   "pea",    "soil",   "spring",  "water",  "light",  "seed",   "row",     "compost",
-    "harvest", "winter", "frost",  "shade",  "leaf",    "root",   "stem",   "flower", "bee",     "weed",
-    "spade",  "rake",   "hoe",    "plan",   "notebook", "idea",   "project", "people", "meeting", "letter",
-    "river",  "stone",  "path",   "fence",  "gate",    "orchard", "apple",  "pear",   "plum",    "cherry",
-    "the",    "a",      "and",    "of",     "to",      "in",     "with",   "for",    "on",      "by",
-};
-
-std::string Words(std::mt19937& random, int count) {
-    std::uniform_int_distribution<size_t> pick(0, std::size(kVocabulary) - 1);
-    std::string text;
-    for (int i = 0; i < count; ++i) {
-        if (i)
-            text += (i % 12 == 0) ? ". " : " ";
-        text += kVocabulary[pick(random)];
-    }
-    return text + ".";
-}
-
-// The notes of the read benchmark: 1,000 containers of 99 notes each.
-std::unique_ptr<Hypertext> MakeDocument() {
-    auto doc = std::make_unique<Hypertext>();
-    std::mt19937 random(42);
-    AttributeInfo info(doc.get());
-    info.CreateBasicAttribute("Priority", "User", true, AttributeType::kNumber);
-    info.CreateBasicAttribute("Status", "User", true, AttributeType::kString);
-    info.CreateBasicAttribute("Tags", "User", true, AttributeType::kSet);
-    info.CreateBasicAttribute("Due", "User", true, AttributeType::kDate);
-    NodeMaker maker(doc.get());
-    Node* container = nullptr;
-    Node* last = nullptr;
-    static const char* const statuses[] = {"open", "done", "waiting", "someday"};
-    for (int i = 0; i < kNotes; ++i) {
-        Node* parent = i % 100 != 0 ? container : nullptr;
-        Node* after = parent ? last : container;
-        Node* note = maker.MakeDontInitialize("note " + std::to_string(i), parent, after, i % 17, i % 23);
-        if (i % 100 == 0) {
-            container = note;
-            last = nullptr;
-        } else {
-            last = note;
-        }
-        note->Set("Priority", std::to_string(i % 9 + 1));
-        note->Set("Status", statuses[i % 4]);
-        note->Set("Tags", std::string(kVocabulary[i % 20]) + ";" + kVocabulary[(i + 7) % 20]);
-        NodeText(note).SetText(Words(random, kWords));
-    }
-    doc->UpdateOutlineOrder();
-    return doc;
-}
+using namespace bench_document;
 
 Hypertext& SharedDocument() {
     static Hypertext* doc = MakeDocument().release();
