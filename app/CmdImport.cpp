@@ -7,6 +7,7 @@
 
 #include "Commands.h"
 #include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "ImportManager.h"
 #include "Importable.h"
@@ -56,21 +57,20 @@ std::unique_ptr<Importable> MakeImportable(const ImportState& state, std::string
 
 int RunImport(const ImportState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
-        return CommandFailure(error);
-    Node* into = FindNote(hypertext.get(), state.file, state.into, error);
+    auto session = DocumentSession::Open(state.file, true, error);
+    Node* into = session ? session->Note(state.into, error) : nullptr;
     if (!into)
         return CommandFailure(error);
+    Hypertext* document = session->Document();
     auto item = MakeImportable(state, error);
     if (!item)
         return CommandFailure(error);
-    ImportManager manager(hypertext.get(), into);
+    ImportManager manager(document, into);
     bool ok = manager.ImportIt(*item);
     manager.Finish();
     std::string source = state.source == "-" ? "standard input" : state.source;
     // Only a bad OPML file keeps what it made (its text as one note).
-    if ((ok || manager.KeepsFailure()) && manager.IsValid() && !SaveDocument(hypertext.get(), state.file, error))
+    if ((ok || manager.KeepsFailure()) && manager.IsValid() && !session->Save(error))
         return CommandFailure(error);
     if (manager.Failed() || !ok)
         return CommandFailure(source + ": " + (manager.Failed() ? manager.FailureMessage() : "nothing to import"));

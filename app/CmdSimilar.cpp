@@ -5,6 +5,7 @@
 
 #include "Commands.h"
 #include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "LynxUpdater.h"
 #include "Node.h"
@@ -20,13 +21,11 @@ struct SimilarState {
 
 int RunSimilar(const SimilarState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
-        return CommandFailure(error);
-    Node* node = FindNote(hypertext.get(), state.file, state.path, error);
+    auto session = DocumentSession::Open(state.file, false, error);
+    Node* node = session ? session->Note(state.path, error) : nullptr;
     if (!node)
         return CommandFailure(error);
-    LynxUpdater index(hypertext.get());
+    LynxUpdater index(session->Document());
     index.IndexAll();
     if (!NodeIndexing(node).GetLynx())
         index.IndexNow(node);

@@ -7,6 +7,7 @@
 
 #include "Commands.h"
 #include "DocumentFile.h"
+#include "DocumentSession.h"
 #include "Hypertext.h"
 #include "LynxUpdater.h"
 #include "Node.h"
@@ -25,13 +26,14 @@ struct WordsState {
 
 int RunWords(const WordsState& state) {
     std::string error;
-    auto hypertext = OpenDocument(state.file, error);
-    if (!hypertext)
+    auto session = DocumentSession::Open(state.file, false, error);
+    if (!session)
         return CommandFailure(error);
+    Hypertext* document = session->Document();
     Node* node = nullptr;
-    if (!state.path.empty() && !(node = FindNote(hypertext.get(), state.file, state.path, error)))
+    if (!state.path.empty() && !(node = session->Note(state.path, error)))
         return CommandFailure(error);
-    LynxUpdater index(hypertext.get());
+    LynxUpdater index(document);
     index.IndexAll();
     std::vector<WordRecord> words;
     if (node) {
@@ -39,7 +41,7 @@ int RunWords(const WordsState& state) {
             index.IndexNow(node);
         words = NodeIndexing(node).CommonWords(state.count, state.section, state.alphabetical);
     } else {
-        WordList stop = WordList::For(hypertext.get());
+        WordList stop = WordList::For(document);
         Lynx& document = index.DocumentLynx();
         words = state.alphabetical ? document.CommonWordsAlphabetically(state.count, stop)
                                    : document.CommonWords(state.count, stop);
