@@ -5,7 +5,7 @@
 #include <map>
 
 #include "Action.h"
-#include "ActionHooks.h"
+#include "AgentHooks.h"
 #include "Attribute.h"
 #include "Commands.h"
 #include "DocumentFile.h"
@@ -71,7 +71,7 @@ std::vector<ValueChange> Differences(const Snapshot& before, const Snapshot& aft
 }
 
 int RunDo(const DoState& state) {
-    InstallActionHooks();
+    InstallAgentHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, !state.dryRun, error);
     Node* note = session ? session->Note(state.path, error) : nullptr;

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "AgentHooks.h"
 #include "Commands.h"
 #include "DocumentFile.h"
 #include "Hypertext.h"
@@ -55,6 +56,7 @@ std::unique_ptr<Importable> MakeImportable(const ImportState& state, std::string
 }
 
 int RunImport(const ImportState& state) {
+    InstallAgentHooks();
     std::string error;
     auto hypertext = OpenDocument(state.file, error);
     if (!hypertext)

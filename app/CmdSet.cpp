@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "Attribute.h"
+#include "AgentHooks.h"
 #include "Commands.h"
 #include "DocumentSession.h"
 #include "Hypertext.h"
@@ -21,6 +22,7 @@ struct SetState {
 };
 
 int RunSet(const SetState& state) {
+    InstallAgentHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, true, error);
     if (!session)
