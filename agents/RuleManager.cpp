@@ -40,7 +40,12 @@ bool RuleManager::Run() {
             return RunFor(cursor);
         return false;
     }
-    return cursor ? RunFor(cursor) : false;
+    if (!cursor) {
+        // A walk from the top that met no rule at all is a whole scan too.
+        FinishScan();
+        return false;
+    }
+    return RunFor(cursor);
 }
 
 long RuleManager::RunAll() {
