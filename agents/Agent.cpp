@@ -62,7 +62,7 @@ bool Agent::Match(Node* candidate, MatchList& matches) {
         return false;
     if (Closing())
         return false;
-    if (!candidate->GetBoolean("Searchable"))
+    if (searchable ? !candidate->GetBoolean(searchable) : !candidate->GetBoolean("Searchable"))
         return false;
     if (query.Evaluate(candidate, matches))
         return true;
@@ -94,6 +94,7 @@ bool Agent::Do(bool force) {
         return changed;
     MatchList matches;
     matches.CurrentAgent(note);
+    searchable = note->GetAttribute("Searchable");
     if (Closing())
         return changed;
     {

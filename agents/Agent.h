@@ -65,6 +65,8 @@ private:
 
     Node* note;
     uint32_t id;
+    // Searchable, looked up once per pass rather than by name per note.
+    const class Attribute* searchable = nullptr;
     AgentQuery query;
     AgentState state;
 };
