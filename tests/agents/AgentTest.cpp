@@ -184,4 +184,37 @@ TEST_F(AgentTest, ScheduleByExactPriorityAndForgetDeletedAgents) {
     EXPECT_EQ(queue.blocks.size(), size_t(AgentManager::kPendingLimit + 1));
 }
 
+TEST_F(AgentTest, QueryMatchingEveryNoteSettlesAndEmptiesAgain) {
+    Node* all = Agent::Create(&doc, "All", nullptr, box, "true");
+    Node* other = Agent::Create(&doc, "Other", nullptr, all, "$Name == \"apple pie\"");
+    manager->UpdateAll();
+    // Every note but the root, the agent itself and the aliases.
+    EXPECT_EQ(Results(all), "Box,apple pie,banana split,cherry tart,Other");
+    manager->UpdateAll();
+    manager->UpdateAll();
+    EXPECT_EQ(NodeFacade(all).Children().size(), 5u);
+    EXPECT_EQ(Results(other), "apple pie");
+    all->Set("AgentQuery", "$Name == \"nothing\"");
+    manager->Update(all);
+    EXPECT_EQ(Results(all), "");
+}
+
+TEST_F(AgentTest, TenThousandAgentsAreQueuedOnceAndTheNextTickWaits) {
+    struct ListQueue : WorkQueue {
+        std::vector<std::function<void()>> blocks;
+        void AddOperation(std::function<void()> block, int) override { blocks.push_back(std::move(block)); }
+        long OperationCount() const override { return long(blocks.size()); }
+    } queue;
+    Node* after = box;
+    for (int i = 0; i < 10000; ++i)
+        after = Agent::Create(&doc, "agent " + std::to_string(i), nullptr, after, "$Name == \"cherry tart\"");
+    EXPECT_EQ(manager->Agents().size(), 10000u);
+    EXPECT_EQ(manager->ScheduleUpdates(queue, 1), 10000);
+    EXPECT_EQ(manager->ScheduleUpdates(queue, 1), 0);
+    EXPECT_EQ(queue.blocks.size(), 10001u);
+    for (size_t i = 0; i < 3; ++i)
+        queue.blocks[i]();
+    EXPECT_EQ(Results(box->Brother()), "cherry tart");
+}
+
 } // namespace
