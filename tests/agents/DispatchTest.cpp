@@ -16,7 +16,9 @@
 #include "NodeHelpers.h"
 #include "RuleManager.h"
 #include "RylDispatcherList.h"
+#include "RylRateLimiter.h"
 #include "RylRunLoop.h"
+#include "RylThrottledQueue.h"
 
 namespace {
 
@@ -147,6 +149,50 @@ TEST_F(DispatchTest, QueuesRunByPriorityOneAtATimeAndMainQueueCallsFromThreadsWa
     other.join();
     EXPECT_TRUE(ranOnLoop);
     EXPECT_LT(real.Now(), 10);
+}
+
+} // namespace
+
+namespace {
+
+TEST(ThrottleQueue, OperationsStartAnIntervalApartAndClearDropsTheRest) {
+    RylRunLoop loop(true);
+    RylThrottledQueue queue(loop, 3.0);
+    std::vector<double> started;
+    for (int i = 0; i < 4; ++i)
+        queue.AddOperationWithBlock([&] { started.push_back(loop.Now()); });
+    loop.RunFor(7);
+    ASSERT_EQ(started.size(), 3u);
+    EXPECT_EQ(started[0], 0);
+    EXPECT_EQ(started[1], 3);
+    EXPECT_EQ(started[2], 6);
+    queue.Clear();
+    loop.RunFor(10);
+    EXPECT_EQ(started.size(), 3u);
+}
+
+TEST(RateLimiterDispatch, UpdatesCoalesceToOnePerInterval) {
+    RylRunLoop loop(true);
+    int runs = 0;
+    RylRateLimiter limiter(loop, [&] { ++runs; });
+    // The first update is the caller's own; the next ones within the
+    // interval become one update at the tick.
+    EXPECT_FALSE(limiter.InProgress());
+    limiter.Limit();
+    for (int i = 0; i < 10; ++i)
+        EXPECT_TRUE(limiter.InProgress());
+    EXPECT_EQ(runs, 0);
+    loop.RunFor(0.25);
+    EXPECT_EQ(runs, 1);
+    // Nothing asked since: the next tick runs nothing and the limiter opens.
+    loop.RunFor(0.25);
+    EXPECT_EQ(runs, 1);
+    EXPECT_FALSE(limiter.InProgress());
+    limiter.Limit();
+    EXPECT_TRUE(limiter.InProgress());
+    limiter.Cancel();
+    loop.RunFor(1);
+    EXPECT_EQ(runs, 1);
 }
 
 } // namespace
