@@ -7,9 +7,11 @@
 #include "NodeActions.h"
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
+#include "NodeIndex.h"
 #include "Value.h"
 
-Agent::Agent(Node* note) : note(note), id(note ? note->GetID().GetID() : 0), state(note) {}
+Agent::Agent(Node* note)
+    : note(note), document(note ? note->GetHypertext() : nullptr), id(note ? note->GetID().GetID() : 0), state(note) {}
 
 Node* Agent::Create(Hypertext* document, const std::string& name, Node* parent, Node* after,
                     const std::string& query) {
@@ -41,8 +43,16 @@ bool Agent::IsAgentNote(const Node* note) {
 long Agent::Priority() const { return note ? note->GetLong("AgentPriority") : -1; }
 
 bool Agent::Closing() const {
-    Hypertext* document = note ? note->GetHypertext() : nullptr;
     return !document || document->IsClosing() || state.IsClosed();
+}
+
+bool Agent::Alive(Node* which, uint32_t whichID) const {
+    if (!which) {
+        which = note;
+        whichID = id;
+    }
+    NodeIndex* index = document ? document->GetIndex() : nullptr;
+    return index && index->Find(whichID) == which && !which->IsBeingDeleted();
 }
 
 bool Agent::PrepareToMatch() {
@@ -118,6 +128,8 @@ bool Agent::Do(bool force) {
     state.RemoveUnwantedNodes();
     state.AddNewNodes();
     PerformActions();
+    if (!Alive())
+        return true;
     Cleanup(force);
     NodeActions(note).SortNow();
     state.Reconstruct();
@@ -130,11 +142,16 @@ void Agent::PerformActions() {
     if (!action || action->AsString().empty())
         return;
     StChanges batch(note->GetHypertext());
-    NodeVector children = NodeFacade(note).Children();
-    for (Node* child : children) {
-        if (Closing() || note->IsBeingDeleted())
+    // Ids are taken first: an action may delete the agent, or a note
+    // further down the list, and a deleted note is known only by its id.
+    std::vector<std::pair<Node*, uint32_t>> children;
+    for (Node* c = note->Son(); c; c = c->Brother())
+        children.emplace_back(c, c->GetID().GetID());
+    for (auto [child, childID] : children) {
+        if (Closing() || !Alive())
             return;
-        PerformActionOn(child);
+        if (Alive(child, childID))
+            PerformActionOn(child);
     }
 }
 

@@ -62,8 +62,11 @@ public:
 
 private:
     bool Closing() const;
+    // Whether a note (the agent itself by default) is still in the document.
+    bool Alive(Node* which = nullptr, uint32_t whichID = 0) const;
 
     Node* note;
+    Hypertext* document;
     uint32_t id;
     // Searchable, looked up once per pass rather than by name per note.
     const class Attribute* searchable = nullptr;
