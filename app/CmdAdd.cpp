@@ -2,6 +2,7 @@
 // the last child of PARENT and prints its path.
 #include <iostream>
 
+#include "AgentHooks.h"
 #include "Commands.h"
 #include "DocumentFile.h"
 #include "DocumentSession.h"
@@ -24,6 +25,7 @@ struct AddState {
 };
 
 int RunAdd(const AddState& state) {
+    InstallAgentHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, true, error);
     if (!session)

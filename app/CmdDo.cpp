@@ -7,6 +7,7 @@
 #include "Action.h"
 #include "CommandTrust.h"
 #include "ActionHooks.h"
+#include "AgentHooks.h"
 #include "Attribute.h"
 #include "Commands.h"
 #include "DocumentFile.h"
@@ -75,6 +76,7 @@ std::vector<ValueChange> Differences(const Snapshot& before, const Snapshot& aft
 int RunDo(const DoState& state) {
     CommandTrust::Allow(state.allowCommands);
     InstallActionHooks();
+    InstallAgentHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, !state.dryRun, error);
     Node* note = session ? session->Note(state.path, error) : nullptr;

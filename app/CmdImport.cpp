@@ -5,6 +5,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "AgentHooks.h"
 #include "Commands.h"
 #include "DocumentFile.h"
 #include "DocumentSession.h"
@@ -56,6 +57,7 @@ std::unique_ptr<Importable> MakeImportable(const ImportState& state, std::string
 }
 
 int RunImport(const ImportState& state) {
+    InstallAgentHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, true, error);
     Node* into = session ? session->Note(state.into, error) : nullptr;

@@ -1,4 +1,5 @@
 // `rylvane mv FILE PATH NEWPARENT`: moves a note to the end of another note's children.
+#include "AgentHooks.h"
 #include "Commands.h"
 #include "DocumentFile.h"
 #include "DocumentSession.h"
@@ -15,6 +16,7 @@ struct MvState {
 };
 
 int RunMv(const MvState& state) {
+    InstallAgentHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, true, error);
     if (!session)

@@ -1,4 +1,5 @@
 // `rylvane rm FILE PATH`: deletes a note with its descendants and links.
+#include "AgentHooks.h"
 #include "Commands.h"
 #include "DocumentSession.h"
 #include "Hypertext.h"
@@ -13,6 +14,7 @@ struct RmState {
 };
 
 int RunRm(const RmState& state) {
+    InstallAgentHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, true, error);
     if (!session)

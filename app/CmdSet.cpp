@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "Attribute.h"
+#include "AgentHooks.h"
 #include "Commands.h"
 #include "DocumentFile.h"
 #include "DocumentSession.h"
@@ -51,6 +52,7 @@ bool CheckPrototype(const DocumentSession& session, Node* node, const SetState& 
 }
 
 int RunSet(const SetState& state) {
+    InstallAgentHooks();
     std::string error;
     auto session = DocumentSession::Open(state.file, true, error);
     if (!session)

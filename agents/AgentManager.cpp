@@ -1,0 +1,150 @@
+#include "AgentManager.h"
+
+#include <unordered_set>
+
+#include "ActionPool.h"
+#include "Agent.h"
+#include "Log.h"
+#include "Node.h"
+#include "NodeFacade.h"
+#include "NodeID.h"
+#include "NodeIndex.h"
+#include "WorkQueue.h"
+
+std::atomic<bool> AgentManager::sEnabled{true};
+
+AgentManager::AgentManager(Hypertext* document) : document(document) {}
+
+AgentManager::~AgentManager() = default;
+
+AgentManager* AgentManager::For(Hypertext* document) {
+    if (!document)
+        return nullptr;
+    return static_cast<AgentManager*>(
+        document->Part("AgentManager", [document] { return std::make_unique<AgentManager>(document); }));
+}
+
+std::vector<Agent*> AgentManager::Agents() {
+    std::lock_guard<std::recursive_mutex> guard(mutex);
+    std::vector<Agent*> list;
+    std::unordered_set<Node*> seen;
+    HypertextFacade(document).Apply([&](Node* note) {
+        if (!Agent::IsAgentNote(note))
+            return;
+        seen.insert(note);
+        list.push_back(AgentFor(note));
+    });
+    // Agents whose notes are gone (or are agents no more) are forgotten
+    // without touching their notes.
+    for (auto it = agents.begin(); it != agents.end();) {
+        if (seen.count(it->first))
+            ++it;
+        else
+            it = agents.erase(it);
+    }
+    return list;
+}
+
+Agent* AgentManager::AgentFor(Node* note) {
+    if (!note)
+        return nullptr;
+    std::lock_guard<std::recursive_mutex> guard(mutex);
+    auto& slot = agents[note];
+    // A note made where a deleted agent's note was gets an agent of its own.
+    if (!slot || slot->NoteID() != note->GetID().GetID()) {
+        slot = std::make_unique<Agent>(note);
+        slot->Loaded();
+    }
+    return slot.get();
+}
+
+void AgentManager::Loaded() {
+    for (Agent* agent : Agents())
+        agent->Loaded();
+}
+
+bool AgentManager::RunAgent(Agent* agent) {
+    ++passes;
+    bool changed = agent->Do(false);
+    if (changed)
+        ++changedPasses;
+    return changed;
+}
+
+long AgentManager::ScheduleUpdates(WorkQueue& queue, long priority) {
+    if (!CanRun())
+        return 0;
+    lastQueue = &queue;
+    if (queue.OperationCount() > kPendingLimit) {
+        LogFormat("Agent queue pending: %ld", queue.OperationCount());
+        return 0;
+    }
+    long queued = 0;
+    for (Agent* agent : Agents()) {
+        if (agent->Priority() != priority)
+            continue;
+        uint32_t id = agent->NoteID();
+        queue.AddOperation([this, id] {
+            if (!CanRun() || document->IsClosing())
+                return;
+            // The agent may have been deleted since it was queued.
+            Node* note = document->GetIndex() ? document->GetIndex()->Find(id) : nullptr;
+            if (!note || !Agent::IsAgentNote(note))
+                return;
+            StChanges batch(document);
+            RunAgent(AgentFor(note));
+        });
+        ++queued;
+    }
+    queue.AddOperation([this] {
+        if (ActionPool* pool = ActionPool::For(document))
+            pool->Cleanup();
+    });
+    return queued;
+}
+
+long AgentManager::UpdateAll() {
+    if (!CanRun())
+        return 0;
+    long changed = 0;
+    StChanges batch(document);
+    for (Agent* agent : Agents()) {
+        if (document->IsClosing())
+            break;
+        if (RunAgent(agent))
+            ++changed;
+    }
+    if (ActionPool* pool = ActionPool::For(document))
+        pool->Cleanup();
+    return changed;
+}
+
+long AgentManager::UpdateNow() {
+    document->UpdateOutlineOrder();
+    bool was = enabled;
+    enabled = true;
+    long changed = UpdateAll();
+    enabled = was;
+    return changed;
+}
+
+bool AgentManager::Update(Node* note) {
+    if (!CanRun() || !Agent::IsAgentNote(note))
+        return false;
+    StChanges batch(document);
+    bool changed = RunAgent(AgentFor(note));
+    if (changed)
+        note->AddChange(2);
+    return changed;
+}
+
+StDisableAgents::StDisableAgents(Hypertext* document) : manager(AgentManager::For(document)) {
+    was = manager && manager->IsEnabled();
+    if (manager)
+        manager->Enable(false);
+}
+
+StDisableAgents::~StDisableAgents() {
+    if (manager)
+        manager->Enable(was);
+}

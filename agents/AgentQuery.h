@@ -1,0 +1,38 @@
+#pragma once
+// An agent's query: the text of its AgentQuery, parsed once with the case
+// rule of its AgentCaseSensitive, and tested note by note.
+#include <string>
+
+#include "AAValue.h"
+
+class MatchList;
+class Node;
+
+class AgentQuery {
+public:
+    AgentQuery() = default;
+    AgentQuery(const AgentQuery&) = delete;
+    AgentQuery& operator=(const AgentQuery&) = delete;
+
+    // Reads the agent's AgentQuery and AgentCaseSensitive; when either
+    // differs from what is held, parses the text again and answers true.
+    bool Prepare(Node* agent);
+    // A held query that is valid, or one that is valid after Prepare.
+    bool IsReady(Node* agent);
+    // Whether the note satisfies the query; `matches` receives the captures.
+    bool Evaluate(Node* note, MatchList& matches) const;
+
+    const std::string& QueryString() const { return text; }
+    void SetQueryString(const std::string& t) { text = t; }
+    bool CaseSensitive() const { return caseSensitive; }
+    void SetCaseSentitive(bool c) { caseSensitive = c; }
+    bool IsValid() const { return tree != nullptr; }
+
+private:
+    void SetQuery(AAValuePtr parsed) { tree = std::move(parsed); }
+
+    AAValuePtr tree;
+    std::string text;
+    bool caseSensitive = true;
+    bool prepared = false;
+};

@@ -1,0 +1,154 @@
+#include "RuleManager.h"
+
+#include "Action.h"
+#include "Node.h"
+#include "NodeActions.h"
+#include "NodeFacade.h"
+#include "NodeIndex.h"
+#include "Value.h"
+#include "WorkQueue.h"
+
+RuleManager* RuleManager::For(Hypertext* document) {
+    if (!document)
+        return nullptr;
+    return static_cast<RuleManager*>(
+        document->Part("RuleManager", [document] { return std::make_unique<RuleManager>(document); }));
+}
+
+void RuleManager::ScheduleRules(long count, WorkQueue& queue) {
+    queue.AddOperation([this, count] { Run(count); }, kQueuePriority);
+}
+
+long RuleManager::Run(long count) {
+    StChanges batch(document);
+    long ran = 0;
+    for (long i = 0; i < count; ++i) {
+        if (Run())
+            ++ran;
+        if (!cursor)
+            break;
+    }
+    return ran;
+}
+
+bool RuleManager::Run() {
+    bool wasSet = LiveCursor() != nullptr;
+    Next();
+    if (wasSet && !cursor) {
+        FinishScan();
+        if (Next())
+            return RunFor(cursor);
+        return false;
+    }
+    if (!cursor) {
+        // A walk from the top that met no rule at all is a whole scan too.
+        FinishScan();
+        return false;
+    }
+    return RunFor(cursor);
+}
+
+long RuleManager::RunAll() {
+    StChanges batch(document);
+    SetCursor(nullptr);
+    long ran = 0;
+    while (Next()) {
+        if (RunFor(cursor))
+            ++ran;
+    }
+    FinishScan();
+    return ran;
+}
+
+Node* RuleManager::Next() {
+    if (!document || document->IsClosing()) {
+        SetCursor(nullptr);
+        return nullptr;
+    }
+    Node* from = LiveCursor();
+    if (!from)
+        from = document->Root();
+    for (Node* n = from ? NodeFacade(from).Next() : nullptr; n; n = NodeFacade(n).Next()) {
+        if (n->Invalid() || n->IsAlias() || n->GetBoolean("RuleDisabled"))
+            continue;
+        SetCursor(n);
+        if (GetRule(n))
+            return n;
+    }
+    SetCursor(nullptr);
+    return nullptr;
+}
+
+Action* RuleManager::GetRule(Node* note) {
+    if (!note || note->GetBoolean("RuleDisabled"))
+        return nullptr;
+    const Value* rule = note->Get(std::string("Rule"));
+    if (!rule || rule->AsString().empty())
+        return nullptr;
+    Action* action = rule->AsAgentAction(note->GetHypertext());
+    return action && action->IsValid(note) ? action : nullptr;
+}
+
+void RuleManager::Remove(Node* note) {
+    if (note && note == cursor)
+        SetCursor(nullptr);
+}
+
+void RuleManager::FinishScan() {
+    hasRun = false;
+    ++scans;
+}
+
+bool RuleManager::RunFor(Node* note) {
+    if (!NodeActions(note).RunRule())
+        return false;
+    hasRun = true;
+    ranSince = true;
+    ++rulesRun;
+    return true;
+}
+
+Node* RuleManager::LiveCursor() {
+    if (!cursor)
+        return nullptr;
+    // A rule may have deleted its own note (or any other): the cursor's note
+    // is looked up again by its id before the walk goes on from it.
+    NodeIndex* index = document->GetIndex();
+    if (!index || index->Find(cursorID) != cursor || cursor->Invalid())
+        SetCursor(nullptr);
+    return cursor;
+}
+
+void RuleManager::SetCursor(Node* note) {
+    cursor = note;
+    cursorID = note ? note->GetID().GetID() : 0;
+}
+
+long RuleManager::RunEdicts() {
+    StChanges batch(document);
+    long ran = 0;
+    HypertextFacade(document).Apply([&ran](Node* note) {
+        NodeActions actions(note);
+        if (actions.HasEdict() && actions.PerformEdict())
+            ++ran;
+    });
+    return ran;
+}
+
+long RuleManager::ScheduleEdicts(WorkQueue& queue) {
+    long queued = 0;
+    HypertextFacade(document).Apply([&](Node* note) {
+        if (!NodeActions(note).HasEdict())
+            return;
+        uint32_t id = note->GetID().GetID();
+        queue.AddOperation(
+            [this, id] {
+                Node* found = document->GetIndex() ? document->GetIndex()->Find(id) : nullptr;
+                if (found)
+                    NodeActions(found).PerformEdict();
+            },
+            kQueuePriority);
+        ++queued;
+    });
+    return queued;
+}
