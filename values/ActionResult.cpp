@@ -112,10 +112,7 @@ double ActionResult::AsDouble() const {
         number = ReadHex(text.substr(1));
         return number;
     }
-    std::istringstream in(text);
-    double d = 0.0;
-    in >> d;
-    return d;
+    return Parser::ReadDouble(text);
 }
 
 std::string ActionResult::AsKeyword() const {

@@ -6,6 +6,8 @@
 #include "RylSerial.h"
 #include "Value.h"
 
+#include <charconv>
+
 namespace {
 
 int CompareDoubles(double a, double b) {
@@ -158,10 +160,16 @@ DoubleValue::DoubleValue(const std::string& tagged)
     : value(ReadTagged<double>(tagged)), taggedText(std::make_unique<const std::string>(tagged)) {}
 
 std::string DoubleValue::Format(double number) {
-    // The default stream notation at precision 10 is printf's %.10g.
+    // The default stream notation at precision 10 is printf's %.10g, which
+    // to_chars gives exactly and several times faster: numbers are written
+    // on every read of a number attribute by action code.
     char buffer[64];
-    int n = std::snprintf(buffer, sizeof buffer, "%.10g", number);
-    return std::string(buffer, n > 0 ? static_cast<size_t>(n) : 0);
+    auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, 10);
+    if (error != std::errc()) {
+        int n = std::snprintf(buffer, sizeof buffer, "%.10g", number);
+        return std::string(buffer, n > 0 ? static_cast<size_t>(n) : 0);
+    }
+    return std::string(buffer, end);
 }
 
 Value* DoubleValue::Clone() const {

@@ -1,6 +1,8 @@
 #include "Parser.h"
 
 #include <cctype>
+#include <charconv>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -683,4 +685,34 @@ bool ActionListParser::ReadBraceBlock(std::string& token) {
     token += brace.Token();
     token += '}';
     return true;
+}
+
+double Parser::ReadDouble(std::string_view text) {
+    size_t i = 0;
+    while (i < text.size() && std::isspace(static_cast<unsigned char>(text[i])))
+        ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
+        negative = text[i] == '-';
+        ++i;
+    }
+    // A stream reads no words such as "inf" or "nan", nor a second sign.
+    if (i >= text.size() || !(std::isdigit(static_cast<unsigned char>(text[i])) || text[i] == '.'))
+        return 0.0;
+    const char* end = text.data() + text.size();
+    double value = 0.0;
+    auto [stop, error] = std::from_chars(text.data() + i, end, value, std::chars_format::general);
+    if (error == std::errc::invalid_argument)
+        return 0.0;
+    if (error == std::errc::result_out_of_range)
+        value = std::strtod(std::string(text.substr(i)).c_str(), nullptr);
+    // An exponent mark without digits makes a stream fail.
+    if (stop < end && (*stop == 'e' || *stop == 'E')) {
+        const char* digit = stop + 1;
+        if (digit < end && (*digit == '+' || *digit == '-'))
+            ++digit;
+        if (digit >= end || !std::isdigit(static_cast<unsigned char>(*digit)))
+            return 0.0;
+    }
+    return negative ? -value : value;
 }

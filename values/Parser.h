@@ -8,6 +8,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 class Parser {
 public:
@@ -56,6 +57,11 @@ public:
     // Removes white space and newlines at both ends. Text that is not valid
     // UTF-8 yields "encoding error".
     static std::string Trim(const std::string& text);
+    // The number at the start of the text, read as a stream reads a double
+    // (blanks first, then an optional sign, digits, a point, an exponent);
+    // 0 when there is none. Without a stream's cost: numbers are read on
+    // every comparison of action code.
+    static double ReadDouble(std::string_view text);
     // "x" or 'x' becomes x; anything else is returned as is.
     static std::string TrimQuotes(const std::string& text);
     // The token of a ParenParser over the text.

@@ -4,6 +4,7 @@
 #include "RylSerial.h"
 #include "Transformer.h"
 #include "UnicodeString.h"
+#include "Parser.h"
 #include "Value.h"
 #include "Hooks.h"
 
@@ -62,12 +63,7 @@ long StringValue::AsLong() const {
     return number;
 }
 
-double StringValue::AsDouble() const {
-    std::istringstream in(text);
-    double number = 0.0;
-    in >> number;
-    return number;
-}
+double StringValue::AsDouble() const { return Parser::ReadDouble(text); }
 
 bool StringValue::AsBoolean() const {
     return !(text.empty() || text == "false" || text == "0");

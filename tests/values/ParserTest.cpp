@@ -172,3 +172,14 @@ TEST(LittleParsers, ArgListAndActionList) {
     ArgListParser colon("key: value", ':');
     EXPECT_EQ(Tokens(colon), (std::vector<std::string>{"key", "value"}));
 }
+
+TEST(ParserNumbers, ReadDoubleReadsAsAStreamDoes) {
+    // Each case is what reading the text with `stream >> double` gives.
+    for (const char* text : {"12", " 12", "-1.5", "+2", ".5", "1e3", "1.5e-2", "12abc", "1.2.3", "3 4", "0x10", "",
+                             "abc", "inf", "nan", "--1", "+-1", "1e", "1e+", ".", "-", "1E5x", "007"}) {
+        std::istringstream in(text);
+        double expected = 0.0;
+        in >> expected;
+        EXPECT_DOUBLE_EQ(Parser::ReadDouble(text), expected) << text;
+    }
+}

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
+#include <limits>
 #include <memory>
 #include <typeinfo>
 
@@ -375,4 +377,15 @@ TEST(HooksUse, ScopeRestoresWhatWasInstalled) {
     ASSERT_TRUE(GetHooks().displayName);
     EXPECT_EQ(GetHooks().displayName(nullptr), "outer");
     EXPECT_FALSE(GetHooks().noteURL);
+}
+
+TEST(DoubleText, WrittenAsPrintfWritesTenSignificantDigits) {
+    const double values[] = {0.0, -0.0, 0.5, 1234.5, 1e12, 1e-5, 1e-6, 123456789012.0, 0.1 + 0.2, 1.0 / 3.0,
+                             -2.5e-300, 1e308, 5e-324, 9999999999.5, 99999.999995,
+                             std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
+    for (double value : values) {
+        char expected[64];
+        std::snprintf(expected, sizeof expected, "%.10g", value);
+        EXPECT_EQ(DoubleValue::Format(value), expected) << value;
+    }
 }
