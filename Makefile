@@ -55,7 +55,7 @@ fuzz: configure-asan
 check-thread: deps
 	CC=clang CXX=clang++ cmake -S . -B $(TSAN_BUILD) -G "$(GEN)" -DCMAKE_BUILD_TYPE=Debug \
 	  -DCMAKE_CXX_FLAGS_DEBUG="$(SAN_FLAGS)" -DRYL_SANITIZE=thread
-	cmake --build $(TSAN_BUILD) -j $(JOBS)
+	cmake --build $(TSAN_BUILD) -j $(JOBS) --target test_programs
 	cd $(TSAN_BUILD) && ctest --output-on-failure -j $(JOBS) -L thread
 
 clean:
