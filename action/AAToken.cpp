@@ -7,6 +7,7 @@
 #include "MatchList.h"
 #include "Node.h"
 #include "NodeFacade.h"
+#include "Parser.h"
 
 AAToken::~AAToken() { dead.store(true, std::memory_order_relaxed); }
 
@@ -28,7 +29,12 @@ bool AAExpressionToken::IsValid(const Node* note) const { return expression && e
 bool AAAssign::IsValid(const Node* note) const { return right && right->IsValid(note); }
 
 void AAAssign::Apply(Node* note, MatchList& matches) const {
-    AttributeToken token(left, note, matches);
+    std::string leftText = left;
+    if (increment) {
+        leftText = Parser::Trim(left);
+        leftText.pop_back();
+    }
+    AttributeToken token(leftText, note, matches);
     if (token.Name() == "attribute") {
         if (right)
             right->DoAssign(note, note, token, matches);
@@ -41,13 +47,17 @@ void AAAssign::Apply(Node* note, MatchList& matches) const {
 void AAAssign::ApplyTo(Node* target, Node* source, const AttributeToken& token, MatchList& matches) const {
     if (!right || !target)
         return;
+    // A sum is computed where the value it adds to lives.
+    const AAValue* value = increment ? increment.get() : right.get();
+    if (increment)
+        source = target;
     const std::string& name = token.Name();
     AttributeInfo info(target);
     if (info.HasAttribute(name) && info.AttributeIsReadOnly(name) && !matches.HasBinding(name) &&
         left.find("compositeFor") == std::string::npos && left.find("my") == std::string::npos &&
         left.find("compositeWithName") == std::string::npos)
         return;
-    right->DoAssign(target, source, token, matches);
+    value->DoAssign(target, source, token, matches);
     if (IsDead())
         throw ActionDeletedException();
 }

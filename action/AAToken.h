@@ -64,6 +64,11 @@ public:
     void Apply(Node* note, MatchList& matches) const override;
     bool IsValid(const Node* note) const override;
 
+    // `$Count+=1`: the left text ends in "+". Such an assignment adds the
+    // right side to the value each target holds (the sum, the list or set
+    // with the item, the later date) by the rules of `+`.
+    void SetIncrement(AAValuePtr sum) { increment = std::move(sum); }
+
 protected:
     // Assigns to one target note; `source` is the note the action runs on.
     virtual void ApplyTo(Node* target, Node* source, const AttributeToken& token, MatchList& matches) const;
@@ -71,6 +76,8 @@ protected:
 private:
     std::string left;
     AAValuePtr right;
+    // For "+=": the attribute plus the right side, computed on each target.
+    AAValuePtr increment;
 };
 
 // `left |= right`: assigns only to a false attribute.

@@ -148,7 +148,21 @@ AATokenPtr Action::CreateExpressionEvaluator(AAValuePtr expression) {
 }
 
 AATokenPtr Action::CreateAssign(const std::string& left, const std::string& right) {
-    return std::make_unique<AAAssign>(left, ParseExpression(right));
+    auto assign = std::make_unique<AAAssign>(left, ParseExpression(right));
+    // "+=": the "+" stays on the left text; the sum of the attribute (the
+    // left without "+" and without a designator) and the right side is
+    // computed on each target.
+    std::string head = Parser::Trim(left);
+    if (head.size() > 1 && head.back() == '+') {
+        head.pop_back();
+        // A bare name reads a variable before an attribute, as on the right.
+        std::string name = Parser::Trim(head);
+        size_t cut = name.find_first_of("([.:", 1);
+        if (cut != std::string::npos)
+            name.erase(cut);
+        assign->SetIncrement(ParseExpression(name + "+(" + right + ")"));
+    }
+    return assign;
 }
 
 AATokenPtr Action::CreateOrAssign(const std::string& left, const std::string& right) {

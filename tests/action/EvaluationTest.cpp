@@ -122,6 +122,14 @@ TEST_F(EvaluationTest, AssignmentsToEveryKind) {
     EXPECT_EQ(Get("Count"), "5");
     Do("$Count = $Count + 1; $Count = $Count * 2");
     EXPECT_EQ(Get("Count"), "12");
+    // "+=" adds by the rules of "+", to every target.
+    Do("$Count += 3");
+    EXPECT_EQ(Get("Count"), "15");
+    a->Set("Count", "1");
+    b->Set("Count", "2");
+    Do("$Count(children) += 10", top);
+    EXPECT_EQ(Get("Count", a), "11");
+    EXPECT_EQ(Get("Count", b), "12");
     // `|=` only assigns to a false value, `&=` only to a true one.
     Do("$Flag |= true");
     EXPECT_EQ(Get("Flag"), "true");
@@ -136,6 +144,10 @@ TEST_F(EvaluationTest, AssignmentsToEveryKind) {
     EXPECT_EQ(Get("Tags"), "a;b");
     Do("$Tags = $Tags + \"c\"; $Tags = $Tags - \"a\"");
     EXPECT_EQ(Get("Tags"), "b;c");
+    Do("$Tags += \"d\"");
+    EXPECT_EQ(Get("Tags"), "b;c;d");
+    Do("var n = 2; n += 5; $Words = n");
+    EXPECT_EQ(Get("Words"), "7");
     // Lists keep order and duplicates; an index replaces or pads.
     Do("$Items = \"x;y;x\"");
     Do("$Items = $Items - \"x\"");
