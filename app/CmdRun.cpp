@@ -67,8 +67,31 @@ size_t WrittenHash(Hypertext* document) {
     return std::hash<std::string>()(out.str());
 }
 
+// Holds SIGINT and SIGTERM back while it lives: one that arrives meanwhile
+// waits, and is taken when they are let through again, so that a stop asked
+// for while the document opens or saves ends the run with its save instead
+// of cutting it short.
+class StHoldStopSignals {
+public:
+    StHoldStopSignals() {
+        sigset_t stop;
+        sigemptyset(&stop);
+        sigaddset(&stop, SIGINT);
+        sigaddset(&stop, SIGTERM);
+        ::sigprocmask(SIG_BLOCK, &stop, &previous);
+    }
+    ~StHoldStopSignals() { ::sigprocmask(SIG_SETMASK, &previous, nullptr); }
+    StHoldStopSignals(const StHoldStopSignals&) = delete;
+    StHoldStopSignals& operator=(const StHoldStopSignals&) = delete;
+
+private:
+    sigset_t previous;
+};
+
 int RunRun(const RunState& state) {
     InstallAgentHooks();
+    // Until the loop listens for them, stop signals wait.
+    auto holdUntilListening = std::make_unique<StHoldStopSignals>();
     double duration = state.forText.empty() ? 1e18 : ParseDuration(state.forText);
     if (duration < 0)
         return CommandFailure("--for: not a duration: " + state.forText);
@@ -92,6 +115,7 @@ int RunRun(const RunState& state) {
     size_t savedHash = WrittenHash(document);
     bool saveFailed = false;
     auto save = [&]() {
+        StHoldStopSignals holdWhileSaving;
         dispatchers.Suspend();
         agents->WillWrite();
         size_t hash = WrittenHash(document);
@@ -110,6 +134,7 @@ int RunRun(const RunState& state) {
         if (!e)
             loop.Stop();
     });
+    holdUntilListening.reset();
 
     std::function<void()> periodicSave = [&] {
         save();
@@ -159,6 +184,8 @@ int RunRun(const RunState& state) {
         loop.Schedule(0, report);
 
     loop.RunFor(duration);
+    // A stop asked for from here on waits for the last save.
+    StHoldStopSignals holdToTheEnd;
     dispatchers.Cancel();
     queues.CancelAll();
     signals.cancel();

@@ -4,6 +4,7 @@
 // once per document. Notes store only the values that differ from what they
 // would otherwise get, in their PropertyList.
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "ArgList.h"
@@ -28,6 +29,20 @@ public:
     virtual void Sort();
     // A new value the caller owns: ValueFor and Clone on this attribute's clone queue.
     virtual Value* ClonedValueFor(const Node* note) const;
+    // Converts the value a read of `note` answers in place, on this
+    // attribute's clone queue as ClonedValueFor reads it, when the value
+    // reads as its clone; nothing otherwise (the caller then converts a
+    // clone, outside the queue). `convert` must take no other lock.
+    template <typename F>
+    auto ReadInPlace(const Node* note, F&& convert) const
+        -> std::optional<decltype(convert(static_cast<const Value*>(nullptr)))> {
+        return cloneQueue.Sync([&]() -> std::optional<decltype(convert(static_cast<const Value*>(nullptr)))> {
+            const Value* value = ValueFor(note);
+            if (value && value->ReadsAsItsClone())
+                return convert(value);
+            return std::nullopt;
+        });
+    }
 
     // The value a read of `note` answers (borrowed).
     virtual const Value* ValueFor(const Node* note) const = 0;

@@ -566,11 +566,25 @@ Value* Node::CreateClonedValue(const std::string& attributeName) const {
 }
 
 namespace {
-// Reads a clone of the value and converts it.
+// Converts the value a read answers as CreateClonedValue would give it, under
+// the same locks; most values are converted in place, without a copy made
+// and destroyed for every read.
 template <typename F>
 auto WithClone(const Node* node, const Attribute* attribute, F convert) {
-    ValuePtr v(node->CreateClonedValue(attribute));
-    return convert(v.get());
+    ValuePtr clone;
+    {
+        StObjectLock guard(node->Lock());
+        if (node->IsBeingDeleted() || !node->GetHypertext() || !attribute) {
+            clone.reset(Value::Create(""));
+        } else {
+            if (auto converted = attribute->ReadInPlace(node, convert))
+                return *converted;
+            clone.reset(attribute->ClonedValueFor(node));
+        }
+    }
+    // Other values (dates that may still compute their expression, among
+    // them) are converted outside the locks, as clones.
+    return convert(clone.get());
 }
 } // namespace
 

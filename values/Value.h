@@ -41,6 +41,11 @@ public:
 
     // A new reference: by default a value made from this one's text.
     virtual Value* Clone() const;
+    // Whether every conversion of this value answers what the same
+    // conversion of its clone answers, without touching any lock: then a
+    // reader may convert the value in place instead of cloning it first.
+    // False by default (a clone made from the text may be of another class).
+    virtual bool ReadsAsItsClone() const { return false; }
     // Ends one reference: checks the guard word, then destroys.
     virtual void Delete() const;
     // Calls Delete.
@@ -145,6 +150,7 @@ using ConstValuePtr = std::unique_ptr<const Value, ValueDeleter>;
 
 class StringValue : public Value {
 public:
+    bool ReadsAsItsClone() const override { return true; }
     explicit StringValue(const std::string& text);
     ~StringValue() override;
 
@@ -215,6 +221,7 @@ private:
 
 class LongValue : public Value {
 public:
+    bool ReadsAsItsClone() const override { return true; }
     explicit LongValue(int32_t number);
     // The tagged form "Long[ n ]".
     explicit LongValue(const std::string& tagged);
@@ -268,6 +275,7 @@ public:
 
 class UnsignedValue : public Value {
 public:
+    bool ReadsAsItsClone() const override { return true; }
     explicit UnsignedValue(uint32_t number);
     // The tagged form "Long[ n ]" or similar: word, integer, word.
     explicit UnsignedValue(const std::string& tagged);
