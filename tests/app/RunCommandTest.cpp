@@ -115,7 +115,13 @@ TEST_F(RunCommands, KilledRunsLeaveAWholeDocument) {
         int status = 0;
         ::waitpid(pid, &status, 0);
         if (term) {
-            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << Slurp((dir / "run-err").string());
+            // A stop ends the run with its save. On a busy machine the signal
+            // may come before the program has started at all; it then ends
+            // as any program does, and the file must be as it was.
+            if (WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM)
+                EXPECT_EQ(Slurp(file), before);
+            else
+                EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << Slurp((dir / "run-err").string());
             ++terms;
         }
         if (Slurp(file) == before)
