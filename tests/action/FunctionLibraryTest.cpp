@@ -2,6 +2,8 @@
 // user writes it.
 #include <gtest/gtest.h>
 
+#include "ActionTestDocument.h"
+
 #include <chrono>
 #include <filesystem>
 
@@ -19,34 +21,7 @@
 
 namespace {
 
-class FunctionLibraryTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        InstallActionHooks();
-        AttributeInfo info(&doc);
-        info.CreateBasicAttribute("Count", "User", true, AttributeType::kNumber);
-        info.CreateBasicAttribute("Tags", "User", true, AttributeType::kSet);
-        info.CreateBasicAttribute("Items", "User", true, AttributeType::kList);
-        info.CreateBasicAttribute("Table", "User", true, AttributeType::kDictionary);
-        info.CreateBasicAttribute("Due", "User", true, AttributeType::kDate);
-        info.CreateBasicAttribute("Words", "User", true, AttributeType::kString);
-        top = MakeNote("Top");
-        a = MakeNote("A", top);
-        b = MakeNote("B", top, a);
-    }
-
-    Node* MakeNote(const std::string& name, Node* parent = nullptr, Node* after = nullptr) {
-        return NodeMaker(&doc).MakeNode(name, parent, after, 0, 0);
-    }
-
-    std::string Eval(const std::string& text, Node* note = nullptr) { return Action::Evaluate(note ? note : a, text); }
-    void Do(const std::string& text, Node* note = nullptr) { Action::Do(note ? note : a, text); }
-
-    Hypertext doc;
-    Node* top = nullptr;
-    Node* a = nullptr;
-    Node* b = nullptr;
-};
+using FunctionLibraryTest = ActionTestDocument;
 
 TEST_F(FunctionLibraryTest, NumericFunctions) {
     EXPECT_EQ(Eval("sqrt(16)"), "4");
