@@ -24,7 +24,7 @@ int RunAgents(const AgentsState& state) {
         return CommandFailure(error);
     for (Agent* agent : AgentManager::For(session->Document())->Agents()) {
         Node* note = agent->GetNode();
-        std::cout << PathOfNote(note) << "\t" << note->GetString("AgentQuery") << "\t" << agent->Priority() << "\t"
+        std::cout << LineSafe(PathOfNote(note)) << "\t" << LineSafe(note->GetString("AgentQuery")) << "\t" << agent->Priority() << "\t"
                   << agent->ResultCount() << "\n";
     }
     return 0;

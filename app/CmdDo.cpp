@@ -89,8 +89,8 @@ int RunDo(const DoState& state) {
     std::vector<ValueChange> changes = Differences(before, TakeSnapshot(session->Document()));
     if (state.dryRun) {
         for (const ValueChange& change : changes)
-            std::cout << PathOfNote(change.note) << "\t" << change.attribute << "\t" << change.before << " → "
-                      << change.after << "\n";
+            std::cout << LineSafe(PathOfNote(change.note)) << "\t" << change.attribute << "\t" << LineSafe(change.before) << " → "
+                      << LineSafe(change.after) << "\n";
         return 0;
     }
     if (!changes.empty() && !session->Save(error))

@@ -31,7 +31,7 @@ int RunFind(const FindState& state) {
         return 0;
     }
     for (Node* note : found)
-        std::cout << PathOfNote(note) << "\n";
+        std::cout << LineSafe(PathOfNote(note)) << "\n";
     return 0;
 }
 

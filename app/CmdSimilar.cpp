@@ -32,7 +32,7 @@ int RunSimilar(const SimilarState& state) {
     for (const LynxRecord& record : NodeIndexing(node).MostSimilar(state.count)) {
         char score[32];
         std::snprintf(score, sizeof score, "%.4f", record.score);
-        std::cout << PathOfNote(record.node) << "\t" << score << "\n";
+        std::cout << LineSafe(PathOfNote(record.node)) << "\t" << score << "\n";
     }
     return 0;
 }

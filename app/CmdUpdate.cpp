@@ -40,7 +40,7 @@ int RunUpdate(const UpdateState& state) {
     UpdateDocument(document);
     bool changed = Written(document) != before;
     for (Agent* agent : AgentManager::For(document)->Agents())
-        std::cout << PathOfNote(agent->GetNode()) << "\t" << agent->ResultCount() << "\n";
+        std::cout << LineSafe(PathOfNote(agent->GetNode())) << "\t" << agent->ResultCount() << "\n";
     if (changed && !session->Save(error))
         return CommandFailure(error);
     return 0;
