@@ -25,32 +25,6 @@ RegularExpression::~RegularExpression() = default;
 
 bool RegularExpression::IsValid() const { return impl->matcher != nullptr; }
 
-bool RegularExpression::Search(const std::string& text, Match& match, long from) {
-    match = Match();
-    if (!impl->matcher)
-        return false;
-    impl->input = icu::UnicodeString::fromUTF8(text);
-    icu::RegexMatcher& matcher = *impl->matcher;
-    matcher.reset(impl->input);
-    UErrorCode status = U_ZERO_ERROR;
-    if (from < 0 || from > impl->input.length())
-        return false;
-    if (!matcher.find(static_cast<int64_t>(from), status) || U_FAILURE(status))
-        return false;
-    match.position = matcher.start(status);
-    match.length = matcher.end(status) - match.position;
-    int32_t groups = matcher.groupCount();
-    for (int32_t i = 0; i <= groups; ++i) {
-        std::string group;
-        UErrorCode groupStatus = U_ZERO_ERROR;
-        icu::UnicodeString found = matcher.group(i, groupStatus);
-        if (U_SUCCESS(groupStatus))
-            found.toUTF8String(group);
-        match.groups.push_back(std::move(group));
-    }
-    return U_SUCCESS(status);
-}
-
 namespace {
 
 void ReadGroups(icu::RegexMatcher& matcher, RegularExpression::Match& match) {
@@ -69,6 +43,23 @@ void ReadGroups(icu::RegexMatcher& matcher, RegularExpression::Match& match) {
 }
 
 }  // namespace
+
+bool RegularExpression::Search(const std::string& text, Match& match, long from) {
+    match = Match();
+    if (!impl->matcher)
+        return false;
+    impl->input = icu::UnicodeString::fromUTF8(text);
+    icu::RegexMatcher& matcher = *impl->matcher;
+    matcher.reset(impl->input);
+    UErrorCode status = U_ZERO_ERROR;
+    if (from < 0 || from > impl->input.length())
+        return false;
+    if (!matcher.find(static_cast<int64_t>(from), status) || U_FAILURE(status))
+        return false;
+    ReadGroups(matcher, match);
+    return true;
+}
+
 
 void RegularExpression::SearchAll(const std::string& text, std::vector<Match>& found) {
     found.clear();
