@@ -26,6 +26,11 @@ RylRunLoop::TimerID RylRunLoop::Schedule(double seconds, std::function<void()> b
         simulatedTimers.emplace(simulatedNow + seconds, std::make_pair(id, std::move(block)));
         return id;
     }
+    // The clock counts nanoseconds in 64 bits: a wait of "forever" (a run
+    // without --for) is held to about thirty years, which it never reaches.
+    constexpr double kLongestWait = 1e9;
+    if (!(seconds < kLongestWait))
+        seconds = kLongestWait;
     auto timer = std::make_shared<boost::asio::steady_timer>(
         context, std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(seconds)));
     realTimers[id] = timer;
