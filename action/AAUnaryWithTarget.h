@@ -1,71 +1,166 @@
 #pragma once
-// Tests on notes: each answers true or false for the note it is computed on.
+// Tests on notes: each answers true or false for the note it is computed on,
+// and false for a missing or hidden note.
+#include <cstdint>
+#include <mutex>
+#include <string>
+
 #include "AAValue.h"
 
-class AADescendedFrom : public AAUnaryWithTarget {
+class Hypertext;
+
+// The common frame of the note tests: the refusal of missing and hidden
+// notes, the boolean answer, and the reading of a designator argument.
+//
+// A designator is resolved through HTPath::Get, and the note it named is
+// remembered with its text: the same text again gives the remembered note
+// without a new walk, even when the designator is relative to the note
+// computed on. A remembered note that has become hidden, has left the
+// document or belongs to another document is forgotten and the text is
+// resolved anew. The memo is checked against the document's index before
+// it is used, so it never hands out a note that no longer exists.
+class AANoteTest : public AAUnaryWithTarget {
 public:
     using AAUnaryWithTarget::AAUnaryWithTarget;
+    ActionResult ActionValue(Node* note, MatchList& matches) const final;
+    int ResultType(Node* note, MatchList& matches) const override;
+    // An empty designator gives `note`; quotes around the text are dropped.
+    Node* TargetNode(const std::string& designator, Node* note, MatchList& matches) const override;
+
+protected:
+    // The test on a note that is present and shown.
+    virtual bool Test(Node* note, MatchList& matches) const = 0;
+    // The text of an argument that names something: a bare word or a quoted
+    // text as written, any other expression as computed.
+    static std::string DesignatorText(const AAValue* value, Node* note, MatchList& matches);
+    // The note the first argument designates; null when it names none.
+    Node* FirstTarget(Node* note, MatchList& matches) const;
+
+private:
+    mutable std::mutex memoMutex;
+    mutable std::string memoText;
+    mutable Hypertext* memoDocument = nullptr;
+    mutable Node* memoNote = nullptr;
+    mutable uint32_t memoID = 0;
+    mutable std::string memoCreator;
+};
+
+// `descendedFrom(designator)`: the note lies below the designated note.
+class AADescendedFrom : public AANoteTest {
+public:
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AADescendedFrom"; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AAInside : public AAUnaryWithTarget {
+// `inside(designator)`: the note, or its original, is a child of the
+// designated container (or of the container's original).
+class AAInside : public AANoteTest {
 public:
-    using AAUnaryWithTarget::AAUnaryWithTarget;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AAInside"; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AAContains : public AAUnaryWithTarget {
+// `contains(designator)`: the designated note is a child of this note,
+// compared by original.
+class AAContains : public AANoteTest {
 public:
-    using AAUnaryWithTarget::AAUnaryWithTarget;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AAContains"; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AAFirst : public AAUnaryWithTarget {
+// `first(container, n)`: the note is among the first n children of the
+// container, compared by original; `last` counts from the youngest child.
+class AAFirst : public AANoteTest {
 public:
-    using AAUnaryWithTarget::AAUnaryWithTarget;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AAFirst"; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
+    virtual bool FromYoungest() const { return false; }
 };
 
-class AALast : public AAUnaryWithTarget {
+class AALast : public AAFirst {
 public:
-    using AAUnaryWithTarget::AAUnaryWithTarget;
+    using AAFirst::AAFirst;
     const char* ClassName() const override { return "AALast"; }
+
+protected:
+    bool FromYoungest() const override { return true; }
 };
 
-class AALinkedTo : public AAUnaryWithTarget {
+// `linkedTo(designator[, type])`: a link of that type goes from the note to
+// the designated note; the type "*", or none, is any type. `linkedFrom` is
+// the link the other way. The original forms test the originals of both.
+class AALinkedTo : public AANoteTest {
 public:
-    using AAUnaryWithTarget::AAUnaryWithTarget;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AALinkedTo"; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
+    virtual bool Inbound() const { return false; }
+    virtual bool Originals() const { return false; }
 };
 
-class AALinkedFrom : public AAUnaryWithTarget {
+class AALinkedFrom : public AALinkedTo {
 public:
-    using AAUnaryWithTarget::AAUnaryWithTarget;
+    using AALinkedTo::AALinkedTo;
     const char* ClassName() const override { return "AALinkedFrom"; }
+
+protected:
+    bool Inbound() const override { return true; }
 };
 
-class AAOriginalLinkedTo : public AAUnaryWithTarget {
+class AAOriginalLinkedTo : public AALinkedTo {
 public:
-    using AAUnaryWithTarget::AAUnaryWithTarget;
+    using AALinkedTo::AALinkedTo;
     const char* ClassName() const override { return "AAOriginalLinkedTo"; }
+
+protected:
+    bool Originals() const override { return true; }
 };
 
-class AAOriginalLinkedFrom : public AAUnaryWithTarget {
+class AAOriginalLinkedFrom : public AALinkedTo {
 public:
-    using AAUnaryWithTarget::AAUnaryWithTarget;
+    using AALinkedTo::AALinkedTo;
     const char* ClassName() const override { return "AAOriginalLinkedFrom"; }
+
+protected:
+    bool Inbound() const override { return true; }
+    bool Originals() const override { return true; }
 };
 
-class AAIndented : public AAFunction {
+// `indented(n[, designator])`: the note lies exactly n levels below the
+// anchor. Without a designator the anchor is the document root and a
+// top-level note has depth 0; with one, a direct child has depth 1.
+class AAIndented : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AAIndented"; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AABetween : public AAFunction {
+// `between(value, low, high)`: low <= value < high, as numbers, dates or
+// texts by the kind of the value.
+class AABetween : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AABetween"; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
 class AAWord : public AAFunction {
@@ -80,38 +175,63 @@ public:
     const char* ClassName() const override { return "AASimilar"; }
 };
 
-class AAInheritsFrom : public AAFunction {
+// `inheritsFrom(designator)`: the designated note is on the note's
+// prototype chain.
+class AAInheritsFrom : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AAInheritsFrom"; }
     int Priority() const override { return kPriorityDotOperator; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AADuplicateName : public AAFunction {
+// `isDuplicateName()`: another note of the document, not an alias of this
+// one and not hidden, bears the same name.
+class AADuplicateName : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AADuplicateName"; }
     int Priority() const override { return kPriorityDotOperator; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AALocalValue : public AAFunction {
+// `hasLocalValue(attribute)`: the note holds a value of its own for the
+// attribute, rather than inheriting one.
+class AALocalValue : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AALocalValue"; }
     int Priority() const override { return kPriorityDotOperator; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AAVisited : public AAFunction {
+// `visited(designator)`: the designated note has been read, by its reading
+// count; `unvisited` is the opposite.
+class AAVisited : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AAVisited"; }
     int Priority() const override { return kPriorityDotOperator; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
+    virtual bool Wanted() const { return true; }
 };
 
-class AAUnvisited : public AAFunction {
+class AAUnvisited : public AAVisited {
 public:
-    using AAFunction::AAFunction;
+    using AAVisited::AAVisited;
     const char* ClassName() const override { return "AAUnvisited"; }
+    int Priority() const override { return kPriorityValue; }
+
+protected:
+    bool Wanted() const override { return false; }
 };
 
 class AAGuardField : public AAFunction {

@@ -1,0 +1,291 @@
+#include "AAUnaryWithTarget.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <unordered_set>
+
+#include "AAArguments.h"
+#include "AttributeType.h"
+#include "HTPath.h"
+#include "Hypertext.h"
+#include "Link.h"
+#include "LinkBundle.h"
+#include "MatchList.h"
+#include "Node.h"
+#include "NodeFacade.h"
+#include "NodeIndex.h"
+#include "NodeLinks.h"
+#include "Parser.h"
+#include "RylSerial.h"
+
+using Type = AttributeType;
+
+namespace {
+
+bool SameOriginal(const Node* a, const Node* b) { return a && b && a->GetOriginal() == b->GetOriginal(); }
+
+// Whether the whole text reads as a number.
+bool IsNumberText(const std::string& text, double& number) {
+    std::string trimmed = Parser::Trim(text);
+    if (trimmed.empty())
+        return false;
+    char* end = nullptr;
+    number = std::strtod(trimmed.c_str(), &end);
+    return end && *end == '\0' && !std::isnan(number);
+}
+
+// A whole number from an argument, held to a range any count of notes fits.
+long ArgumentCount(const AAValue* value, Node* note, MatchList& matches) {
+    double number = AAValue::ComputeValue(value, note, matches).AsDouble();
+    if (std::isnan(number))
+        return 0;
+    if (number > 1e9)
+        return 1000000000L;
+    if (number < -1e9)
+        return -1000000000L;
+    return static_cast<long>(number);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// The common frame
+
+ActionResult AANoteTest::ActionValue(Node* note, MatchList& matches) const {
+    if (!note || note->Invalid() || note->IsHidden())
+        return kFalseResult();
+    return Test(note, matches) ? kTrueResult() : kFalseResult();
+}
+
+int AANoteTest::ResultType(Node*, MatchList&) const { return Type::kBoolean; }
+
+std::string AANoteTest::DesignatorText(const AAValue* value, Node* note, MatchList& matches) {
+    if (!value)
+        return std::string();
+    if (dynamic_cast<const AAStringValue*>(value))
+        return value->Token();
+    return ComputeValue(value, note, matches).AsString();
+}
+
+Node* AANoteTest::TargetNode(const std::string& designator, Node* note, MatchList& matches) const {
+    if (designator.empty())
+        return note;
+    Hypertext* document = note ? note->GetHypertext() : nullptr;
+    {
+        std::lock_guard<std::mutex> guard(memoMutex);
+        if (memoNote && document && memoDocument == document && memoText == designator) {
+            // The remembered pointer is only compared, never followed, until
+            // the index has shown that it is still a note of this document.
+            NodeIndex* index = document->GetIndex();
+            Node* found = index ? index->Find(memoID, memoCreator) : nullptr;
+            if (found && found == memoNote && !found->IsHidden() && !found->Invalid())
+                return found;
+            memoNote = nullptr;
+        }
+    }
+    std::string path = Parser::TrimQuotes(designator);
+    if (path.empty())
+        return note;
+    Node* target = HTPath::Get(note, path, matches);
+    std::lock_guard<std::mutex> guard(memoMutex);
+    memoText = designator;
+    memoDocument = document;
+    memoNote = target;
+    if (target) {
+        memoID = target->GetID().GetID();
+        memoCreator = target->GetID().GetCreator();
+    }
+    return target;
+}
+
+Node* AANoteTest::FirstTarget(Node* note, MatchList& matches) const {
+    return TargetNode(DesignatorText(operand.get(), note, matches), note, matches);
+}
+
+// ---------------------------------------------------------------------------
+// Place in the outline
+
+bool AADescendedFrom::Test(Node* note, MatchList& matches) const {
+    Node* ancestor = FirstTarget(note, matches);
+    if (!ancestor)
+        return false;
+    for (Node* above = note->Father(); above; above = above->Father())
+        if (above == ancestor)
+            return true;
+    return false;
+}
+
+bool AAInside::Test(Node* note, MatchList& matches) const {
+    Node* container = FirstTarget(note, matches);
+    if (!container)
+        return false;
+    const Node* original = container->GetOriginal();
+    const Node* self = note;
+    for (const Node* candidate : {self, static_cast<const Node*>(note->GetOriginal())}) {
+        Node* father = candidate->Father();
+        if (father && (father == container || father == original))
+            return true;
+    }
+    return false;
+}
+
+bool AAContains::Test(Node* note, MatchList& matches) const {
+    Node* child = FirstTarget(note, matches);
+    if (!child)
+        return false;
+    Node* original = note->GetOriginal();
+    for (Node* holder : {note, original}) {
+        for (Node* son = holder->Son(); son; son = son->Brother())
+            if (SameOriginal(son, child))
+                return true;
+        if (holder == original)
+            break;
+    }
+    return false;
+}
+
+bool AAFirst::Test(Node* note, MatchList& matches) const {
+    Node* container = FirstTarget(note, matches);
+    if (!container)
+        return false;
+    const AAValue* countArgument = NthArgument(operand.get(), 1);
+    long count = countArgument ? ArgumentCount(countArgument, note, matches) : 1;
+    if (count < 1)
+        return false;
+    Node* child = FromYoungest() ? container->YoungestSon() : container->Son();
+    for (long seen = 0; child && seen < count; ++seen) {
+        if (SameOriginal(child, note))
+            return true;
+        child = FromYoungest() ? child->ElderBrother() : child->Brother();
+    }
+    return false;
+}
+
+bool AAIndented::Test(Node* note, MatchList& matches) const {
+    const AAValue* depthArgument = operand.get();
+    if (!depthArgument)
+        return false;
+    long depth = ArgumentCount(depthArgument, note, matches);
+    Node* root = note->Root();
+    if (!root || note == root)
+        return false;
+    Node* anchor = root;
+    if (const AAValue* designator = depthArgument->GetNextArgument()) {
+        std::string text = Parser::TrimQuotes(DesignatorText(designator, note, matches));
+        Node* found = text.empty() ? nullptr : HTPath::Get(note, text, matches);
+        if (found) {
+            anchor = found;
+            --depth;
+        }
+    }
+    for (Node* father = note->Father(); father; father = father->Father()) {
+        if (father == anchor)
+            return depth == 0;
+        if (father == root || depth <= 0)
+            return false;
+        --depth;
+    }
+    return false;
+}
+
+// ---------------------------------------------------------------------------
+// Links
+
+bool AALinkedTo::Test(Node* note, MatchList& matches) const {
+    Node* other = FirstTarget(note, matches);
+    if (!other)
+        return false;
+    std::string type;
+    if (const AAValue* typeArgument = NthArgument(operand.get(), 1))
+        type = Parser::TrimQuotes(ComputeValue(typeArgument, note, matches).AsString());
+    bool anyType = type.empty() || type == "*";
+    Node* from = Originals() ? note->GetOriginal() : note;
+    const Node* end = Originals() ? other->GetOriginal() : other;
+    LinkBundle links = Inbound() ? NodeLinks(from).InboundLinks() : NodeLinks(from).OutboundLinks();
+    for (const Link* link : links) {
+        const Node* far = Inbound() ? link->SourceNode() : link->DestNode();
+        if (far == end && (anyType || link->Name() == type))
+            return true;
+    }
+    return false;
+}
+
+// ---------------------------------------------------------------------------
+// Values
+
+bool AABetween::Test(Node* note, MatchList& matches) const {
+    const AAValue* value = operand.get();
+    const AAValue* low = NthArgument(value, 1);
+    const AAValue* high = NthArgument(value, 2);
+    if (!value || !low || !high)
+        return false;
+    int type = value->ResultType(note, matches);
+    if (type == Type::kDate) {
+        STime at = value->GetDate(note, matches);
+        STime from = low->GetDate(note, matches);
+        STime to = high->GetDate(note, matches);
+        return !(at < from) && at < to;
+    }
+    std::string text = ComputeValue(value, note, matches).AsString();
+    std::string lowText = ComputeValue(low, note, matches).AsString();
+    std::string highText = ComputeValue(high, note, matches).AsString();
+    double x = 0, lo = 0, hi = 0;
+    bool numeric = type == Type::kNumber || type == Type::kUnsigned;
+    if (numeric || (IsNumberText(text, x) && IsNumberText(lowText, lo) && IsNumberText(highText, hi))) {
+        x = ActionResult(text).AsDouble();
+        lo = ActionResult(lowText).AsDouble();
+        hi = ActionResult(highText).AsDouble();
+        return lo <= x && x < hi;
+    }
+    return lowText <= text && text < highText;
+}
+
+bool AAInheritsFrom::Test(Node* note, MatchList& matches) const {
+    Node* ancestor = FirstTarget(note, matches);
+    if (!ancestor)
+        return false;
+    // A loop in the prototype chain ends the walk.
+    std::unordered_set<const Node*> seen;
+    for (Node* prototype = note->GetPrototype(); prototype && seen.insert(prototype).second;
+         prototype = prototype->GetPrototype())
+        if (prototype == ancestor)
+            return true;
+    return false;
+}
+
+bool AADuplicateName::Test(Node* note, MatchList&) const {
+    Hypertext* document = note->GetHypertext();
+    if (!document || !document->Root())
+        return false;
+    const Node* self = note->GetOriginal();
+    std::string name = self->Name();
+    auto other = [&](const Node* candidate) {
+        return candidate && !candidate->IsAlias() && !candidate->IsHidden() && candidate->GetOriginal() != self &&
+               candidate->Name() == name;
+    };
+    // The index names the first note of a name at once; only when that is
+    // this note itself does the whole outline need a look.
+    if (NodeIndex* index = document->GetIndex())
+        if (other(index->Find(name)))
+            return true;
+    return NodeFacade(document->Root()).First([&](Node* candidate) { return other(candidate); }) != nullptr;
+}
+
+bool AALocalValue::Test(Node* note, MatchList& matches) const {
+    std::string name = Parser::TrimQuotes(DesignatorText(operand.get(), note, matches));
+    if (!name.empty() && name[0] == '$')
+        name.erase(0, 1);
+    const Attribute* attribute = name.empty() ? nullptr : note->GetAttribute(name);
+    if (!attribute)
+        return false;
+    StObjectLock guard(note->Lock());
+    return note->DoGetImmediate(attribute) != nullptr;
+}
+
+bool AAVisited::Test(Node* note, MatchList& matches) const {
+    std::string designator = operand ? DesignatorText(operand.get(), note, matches) : std::string();
+    Node* target = TargetNode(designator, note, matches);
+    if (!target)
+        return false;
+    return (target->GetDouble("ReadCount") > 0) == Wanted();
+}
