@@ -30,6 +30,14 @@ long ArgumentLong(const AAValue* value, Node* note, MatchList& matches) {
     return static_cast<long>(number);
 }
 
+// The first argument, or null for `f()`: empty parentheses give one empty
+// argument, which is no argument at all.
+const AAValue* Given(const AAValue* first) {
+    if (first && !first->GetNextArgument() && dynamic_cast<const AADefaultValue*>(first))
+        return nullptr;
+    return first;
+}
+
 STime ArgumentDate(const AAValue* value, Node* note, MatchList& matches) {
     return value ? value->GetDate(note, matches) : STime::Never();
 }
@@ -40,7 +48,7 @@ STime ArgumentDate(const AAValue* value, Node* note, MatchList& matches) {
 // Making dates
 
 bool AADate::Make(Node* note, MatchList& matches, STime& date, bool& fromParts) const {
-    const AAValue* first = operand.get();
+    const AAValue* first = Given(operand.get());
     int count = CountArguments(first);
     fromParts = count >= 3;
     if (count == 0)
@@ -78,7 +86,7 @@ STime AADate::GetDate(Node* note, MatchList& matches) const {
 int AADate::ResultType(Node*, MatchList&) const { return Type::kDate; }
 
 STime AATime::WithTime(Node* note, MatchList& matches) const {
-    const AAValue* first = operand.get();
+    const AAValue* first = Given(operand.get());
     STime date = ArgumentDate(first, note, matches);
     const AAValue* second = NthArgument(first, 1);
     const AAValue* third = NthArgument(first, 2);
@@ -90,7 +98,7 @@ STime AATime::WithTime(Node* note, MatchList& matches) const {
 }
 
 ActionResult AATime::ActionValue(Node* note, MatchList& matches) const {
-    const AAValue* first = operand.get();
+    const AAValue* first = Given(operand.get());
     if (!first)
         return ActionResult(std::string());
     if (first->GetNextArgument())
@@ -112,7 +120,7 @@ int AATime::ResultType(Node*, MatchList&) const {
 }
 
 ActionResult AAInterval::ActionValue(Node* note, MatchList& matches) const {
-    const AAValue* first = operand.get();
+    const AAValue* first = Given(operand.get());
     const AAValue* second = NthArgument(first, 1);
     if (!first || !second)
         return ActionResult(std::string());
@@ -127,7 +135,7 @@ int AAInterval::ResultType(Node*, MatchList&) const { return Type::kInterval; }
 // Parts of a date
 
 ActionResult AADatePart::ActionValue(Node* note, MatchList& matches) const {
-    const AAValue* first = operand.get();
+    const AAValue* first = Given(operand.get());
     if (!first)
         return ActionResult(std::string());
     if (Sets() && first->GetNextArgument())
@@ -138,7 +146,7 @@ ActionResult AADatePart::ActionValue(Node* note, MatchList& matches) const {
 }
 
 STime AADatePart::SetDate(Node* note, MatchList& matches) const {
-    const AAValue* first = operand.get();
+    const AAValue* first = Given(operand.get());
     STime date = ArgumentDate(first, note, matches);
     return Replace(date, ArgumentLong(NthArgument(first, 1), note, matches));
 }
@@ -185,7 +193,7 @@ long AAWeekday::Read(const STime& date) const { return date.DayOfWeek(); }
 // Differences
 
 ActionResult AADays::ActionValue(Node* note, MatchList& matches) const {
-    const AAValue* first = operand.get();
+    const AAValue* first = Given(operand.get());
     const AAValue* second = NthArgument(first, 1);
     if (!first || !second)
         return kFalseResult();

@@ -163,7 +163,7 @@ bool AAFirst::Test(Node* note, MatchList& matches) const {
 
 bool AAIndented::Test(Node* note, MatchList& matches) const {
     const AAValue* depthArgument = operand.get();
-    if (!depthArgument)
+    if (!depthArgument || (!depthArgument->GetNextArgument() && dynamic_cast<const AADefaultValue*>(depthArgument)))
         return false;
     long depth = ArgumentCount(depthArgument, note, matches);
     Node* root = note->Root();

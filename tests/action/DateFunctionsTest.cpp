@@ -166,4 +166,10 @@ TEST_F(DateFunctionsTest, Intervals) {
     EXPECT_EQ(Eval("hour($Span)"), "3");
 }
 
+TEST_F(DateFunctionsTest, MissingArgumentsAnswerNothing) {
+    // Empty parentheses are no argument, not the date an empty text reads as.
+    for (const char* expression : {"date()", "time()", "hour()", "year()", "week()", "days()", "interval()"})
+        EXPECT_EQ(Eval(expression), "") << expression;
+}
+
 }  // namespace

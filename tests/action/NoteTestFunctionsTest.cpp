@@ -92,6 +92,8 @@ TEST_F(NoteTestFunctionsTest, Depth) {
     // An anchor that names nothing is the root, with the depth unchanged.
     EXPECT_TRUE(Holds("indented(1, /Nowhere)", a));
     EXPECT_FALSE(Holds("indented(0)", doc.Root()));
+    // No depth is no depth 0.
+    EXPECT_FALSE(Holds("indented()", top));
 }
 
 TEST_F(NoteTestFunctionsTest, Links) {
