@@ -160,9 +160,13 @@ TEST_F(EvaluationTest, DesignatorsOnTheLeftAssignToEveryNoteTheyName) {
 }
 
 TEST_F(EvaluationTest, DatesCompareByDayAndNeverIsSpecial) {
-    a->Set("Due", "2024-03-05T10:00:00Z");
-    b->Set("Due", "2024-03-05T18:00:00Z");
+    // Times without a zone are the local wall clock, so that the two are on
+    // one day wherever the test runs.
+    a->Set("Due", "2024-03-05T10:00:00");
+    b->Set("Due", "2024-03-05T18:00:00");
     EXPECT_EQ(Eval("$Due == $Due(nextSibling)"), "true");
+    b->Set("Due", "2024-03-06T01:00:00");
+    EXPECT_EQ(Eval("$Due == $Due(nextSibling)"), "");
     EXPECT_EQ(Eval("$Due < \"2024-04-01\""), "true");
     EXPECT_EQ(Eval("$Due > \"2024-04-01\""), "");
     // Never on the left: never less, always greater.
