@@ -1,0 +1,144 @@
+// Functions that make and delete notes and run the document's named code:
+// create, createAgent, delete, stamp and do, with the stamps and macros the
+// document file carries.
+#include <gtest/gtest.h>
+
+#include "ActionTestDocument.h"
+
+#include "NamedCodeList.h"
+
+namespace {
+
+class NoteMakingTest : public ActionTestDocument {
+protected:
+    void SetStamps(const std::string& raw) { doc.SetCarriedSection("stamps", raw); }
+    void SetMacros(const std::string& raw) { doc.SetCarriedSection("macros", raw); }
+    // The names of the live children of a note, in order.
+    static std::string Children(Node* parent) {
+        std::string names;
+        for (Node* n = parent->Son(); n; n = n->Brother())
+            names += (names.empty() ? "" : ",") + n->Name();
+        return names;
+    }
+};
+
+TEST_F(NoteMakingTest, CreateAndCreateAgentMakeMissingStepsOnly) {
+    EXPECT_EQ(Eval("create(\"/Inbox/Today\")"), "/Inbox/Today");
+    EXPECT_EQ(Eval("create(\"/Inbox\", \"Later\")"), "/Inbox/Later");
+    EXPECT_EQ(Children(doc.Root()), "Inbox,Top");
+    Node* inbox = doc.Root()->Son();
+    ASSERT_NE(inbox, nullptr);
+    // Each new note is made first in its container.
+    EXPECT_EQ(Children(inbox), "Later,Today");
+    // A path that exists is found, not made again.
+    EXPECT_EQ(Eval("create(\"/Inbox/Today\")"), "/Inbox/Today");
+    EXPECT_EQ(Children(inbox), "Later,Today");
+
+    EXPECT_EQ(Eval("createAgent(\"/Agents/Reds\", '$Color==\"red\"')"), "/Agents/Reds");
+    EXPECT_EQ(Children(doc.Root()), "Agents,Inbox,Top");
+    Node* agents = doc.Root()->Son();
+    ASSERT_NE(agents, nullptr);
+    Node* reds = agents->Son();
+    ASSERT_NE(reds, nullptr);
+    EXPECT_TRUE(reds->IsAgent());
+    EXPECT_FALSE(agents->IsAgent());
+    EXPECT_EQ(reds->GetString("AgentQuery"), "$Color==\"red\"");
+    // An existing note keeps its kind and takes the new query.
+    EXPECT_EQ(Eval("createAgent(\"/Inbox/Later\", \"$Flag\")"), "/Inbox/Later");
+    EXPECT_FALSE(inbox->Son()->IsAgent());
+    EXPECT_EQ(inbox->Son()->GetString("AgentQuery"), "$Flag");
+}
+
+TEST_F(NoteMakingTest, DeleteHidesEveryDesignatedNoteButNeverTheRoot) {
+    Node* c = MakeNote("C", top, b);
+    Node* grandchild = MakeNote("G", c);
+    EXPECT_EQ(Eval("delete(\"/Top\", \"B\")"), "true");
+    EXPECT_TRUE(b->IsHidden());
+    EXPECT_EQ(Children(top), "A,C");
+    // Deleting again finds nothing.
+    EXPECT_EQ(Eval("delete(\"/Top/B\")"), "");
+    // A container goes with its children; the note's values stay readable.
+    c->Set("Words", "kept");
+    EXPECT_EQ(Eval("delete(\"/Top/C\")"), "true");
+    EXPECT_TRUE(grandchild->IsHidden());
+    EXPECT_EQ(c->GetString("Words"), "kept");
+    EXPECT_EQ(Eval("delete(\"/\")"), "");
+    EXPECT_EQ(Eval("delete(\"\")"), "");
+    EXPECT_FALSE(doc.Root()->IsHidden());
+    // The statements after a deletion of the note itself are not run.
+    Do("$Count = 1; delete(this); $Count = 2");
+    EXPECT_TRUE(a->IsHidden());
+    EXPECT_EQ(a->GetLong("Count"), 1);
+    EXPECT_EQ(Children(top), "");
+}
+
+TEST_F(NoteMakingTest, StampsApplyByFunctionAndByBareName) {
+    SetStamps("<stamps><menu name=\"Done\" Value=\"$Flag=true;$Count=$Count+1\" kind=\"0\"/>"
+              "<menu name=\"Tag\" Value='$Tags=$Tags+\"x\"'/></stamps>");
+    EXPECT_EQ(Eval("stamp(\"Done\")"), "true");
+    EXPECT_EQ(Get("Flag"), "true");
+    EXPECT_EQ(Get("Count"), "1");
+    // With a designator: every designated note.
+    EXPECT_EQ(Eval("stamp(\"children\", \"Tag\")", top), "true");
+    EXPECT_EQ(Get("Tags", a), "x");
+    EXPECT_EQ(Get("Tags", b), "x");
+    EXPECT_EQ(Get("Tags", top), "");
+    EXPECT_EQ(Eval("stamp(\"Nothing\")"), "");
+    EXPECT_EQ(Get("Count"), "1");
+    // A statement whose value names a stamp applies it.
+    Do("\"Done\"", b);
+    EXPECT_EQ(Get("Count", b), "1");
+    Do("\"Don\"+\"e\"", b);
+    EXPECT_EQ(Get("Count", b), "2");
+    // The stamps follow the document's section when it changes.
+    SetStamps("<stamps><menu name=\"Done\" Value=\"$Count=40\"/></stamps>");
+    EXPECT_EQ(Eval("stamp(\"Done\")"), "true");
+    EXPECT_EQ(Get("Count"), "40");
+}
+
+TEST_F(NoteMakingTest, StampsAndMacrosThatCallThemselvesStop) {
+    SetStamps("<stamps><menu name=\"Loop\" Value='$Count=$Count+1;stamp(\"Loop\")'/>"
+              "<menu name=\"Echo\" Value='\"Echo\"'/></stamps>");
+    SetMacros("<macros><macro name=\"again\">do(\"again\")</macro></macros>");
+    EXPECT_EQ(Eval("stamp(\"Loop\")"), "true");
+    long count = a->GetLong("Count");
+    EXPECT_GT(count, 1);
+    EXPECT_LE(count, 41);
+    // A stamp whose statement names itself.
+    EXPECT_EQ(Eval("stamp(\"Echo\")"), "true");
+    EXPECT_EQ(Eval("do(\"again\")"), "");
+}
+
+TEST_F(NoteMakingTest, MacrosReplacePlaceholdersWithTheirArguments) {
+    SetMacros("<macros><macro name=\"twice\">$1+$1</macro>"
+              "<macro name=\"label\">$Words=\"$1 of $2\";$Count=$2</macro>"
+              "<macro name=\"dup\">\"$1$1\"</macro><macro name=\"tenth\">\"$10|$1|$3\"</macro></macros>");
+    EXPECT_EQ(Eval("do(\"twice\", 21)"), "42");
+    EXPECT_EQ(Eval("do(\"dup\", \"ab\")"), "abab");
+    EXPECT_EQ(Eval("do(\"label\", \"three\", 7)"), "true");
+    EXPECT_EQ(Get("Words"), "three of 7");
+    EXPECT_EQ(Get("Count"), "7");
+    // A placeholder beyond the arguments is empty; $10 is the tenth.
+    EXPECT_EQ(NamedCodeList::Substitute("\"$10|$1|$3\"", {"x"}), "\"|x|\"");
+    EXPECT_EQ(Eval("do(\"tenth\", \"x\")"), "|x|");
+    EXPECT_EQ(Eval("do(\"missing\", 1)"), "");
+    EXPECT_EQ(NamedCodeList::Substitute("$1$2-$0-$", {"a", "b"}), "ab--$");
+    EXPECT_EQ(NamedCodeList::Substitute("$99999999999999999999", {"a"}), "");
+}
+
+TEST_F(NoteMakingTest, NamedCodeSectionsThatDoNotParseGiveNoEntries) {
+    using Kind = NamedCodeList::Kind;
+    EXPECT_TRUE(NamedCodeList::Read(Kind::kMacros, "<macros><macro name=\"x\">1</macro>").empty());
+    EXPECT_TRUE(NamedCodeList::Read(Kind::kStamps, "<stamps><menu Value=\"1\"/></stamps>").empty());
+    auto stamps = NamedCodeList::Read(Kind::kStamps, "<menu name=\"One\" Value=\"$Count=1\"/>");
+    ASSERT_EQ(stamps.size(), 1u);
+    EXPECT_EQ(stamps[0].first, "One");
+    // A document type declaration is refused.
+    EXPECT_TRUE(NamedCodeList::Read(Kind::kMacros, "<!DOCTYPE m [<!ENTITY e \"x\">]><macros>"
+                                                   "<macro name=\"x\">&e;</macro></macros>")
+                    .empty());
+    SetMacros("<macros><macro name=\"x\">");
+    EXPECT_EQ(Eval("do(\"x\")"), "");
+}
+
+}  // namespace
