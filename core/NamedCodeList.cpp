@@ -31,11 +31,8 @@ NamedCodeList* NamedCodeList::For(Hypertext* document, Kind kind) {
     if (!document)
         return nullptr;
     const char* key = kind == Kind::kStamps ? "StampList" : "MacroList";
-    auto* list = static_cast<NamedCodeList*>(
-        document->Part(key, [kind] { return std::make_unique<NamedCodeList>(kind); }));
-    if (list)
-        list->document = document;
-    return list;
+    return static_cast<NamedCodeList*>(
+        document->Part(key, [kind, document] { return std::make_unique<NamedCodeList>(kind, document); }));
 }
 
 NamedCodeList* NamedCodeList::Stamps(Hypertext* document) { return For(document, Kind::kStamps); }

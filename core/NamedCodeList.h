@@ -16,7 +16,7 @@ class NamedCodeList : public DocumentPart {
 public:
     enum class Kind { kStamps, kMacros };
 
-    explicit NamedCodeList(Kind kind) : kind(kind) {}
+    NamedCodeList(Kind kind, Hypertext* document) : kind(kind), document(document) {}
 
     // The document's stamps or macros, made on first use; null without a
     // document.
@@ -41,8 +41,8 @@ private:
     static NamedCodeList* For(Hypertext* document, Kind kind);
     void Refresh();
 
-    Kind kind;
-    Hypertext* document = nullptr;
+    const Kind kind;
+    Hypertext* const document;
     std::mutex mutex;
     // The section texts the entries were read from.
     std::vector<std::string> readFrom;
