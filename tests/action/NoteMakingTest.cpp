@@ -6,6 +6,7 @@
 #include "ActionTestDocument.h"
 
 #include "NamedCodeList.h"
+#include "TalvikReader.h"
 
 namespace {
 
@@ -139,6 +140,34 @@ TEST_F(NoteMakingTest, NamedCodeSectionsThatDoNotParseGiveNoEntries) {
                     .empty());
     SetMacros("<macros><macro name=\"x\">");
     EXPECT_EQ(Eval("do(\"x\")"), "");
+}
+
+}  // namespace
+
+namespace {
+
+// The stamps and macros of a document file, read as the file gives them.
+TEST(NamedCodeFromFile, StampsAndMacrosOfAReadDocumentRun) {
+    InstallActionHooks();
+    Hypertext doc;
+    const std::string file =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n"
+        "<rylvane version=\"2\">\n"
+        "<macros><macro name=\"greet\">\"hello \" + $1</macro></macros>\n"
+        "<stamps><menu name=\"Red\" Value='$Color=\"red\"' kind=\"0\"/></stamps>\n"
+        "<item ID=\"4\" Creator=\"me\"><attribute name=\"Name\">Root</attribute>\n"
+        "<item ID=\"5\" Creator=\"me\"><attribute name=\"Name\">Top</attribute></item></item>\n"
+        "</rylvane>\n";
+    TalvikReader reader(doc.Root());
+    ASSERT_TRUE(reader.Read(file)) << reader.ErrorMessage();
+    Node* top = doc.Root()->Son();
+    ASSERT_NE(top, nullptr);
+    EXPECT_EQ(Action::Evaluate(top, "do(\"greet\", $Name)"), "hello Top");
+    EXPECT_EQ(Action::Evaluate(top, "stamp(\"Red\")"), "true");
+    EXPECT_EQ(top->GetString("Color"), "red");
+    auto stamps = NamedCodeList::Stamps(&doc)->Entries();
+    ASSERT_EQ(stamps.size(), 1u);
+    EXPECT_EQ(stamps[0].second, "$Color=\"red\"");
 }
 
 }  // namespace
