@@ -108,11 +108,16 @@ std::string NamedCodeList::Substitute(const std::string& code, const std::vector
                     number = number * 10 + static_cast<size_t>(code[end] - '0');
                 ++end;
             }
-            if (number >= 1 && number <= arguments.size())
+            if (number >= 1 && number <= arguments.size()) {
+                if (out.size() + arguments[number - 1].size() > kMaxText)
+                    return std::string();
                 out += arguments[number - 1];
+            }
             i = end;
             continue;
         }
+        if (out.size() >= kMaxText)
+            return std::string();
         out += code[i++];
     }
     return out;

@@ -30,7 +30,10 @@ public:
 
     // The code with `$1`, `$2`... replaced by the arguments (1-based); a
     // placeholder with no argument becomes empty text. "$" not followed by a
-    // digit stays as it is.
+    // digit stays as it is. Text that would grow past kMaxText gives ""
+    // (arguments may themselves be macro results, so text can double at
+    // every call).
+    static constexpr size_t kMaxText = size_t(16) << 20;
     static std::string Substitute(const std::string& code, const std::vector<std::string>& arguments);
 
     // Reads entries from the raw text of a section; entries of a section

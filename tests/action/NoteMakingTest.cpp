@@ -125,6 +125,10 @@ TEST_F(NoteMakingTest, MacrosReplacePlaceholdersWithTheirArguments) {
     EXPECT_EQ(Eval("do(\"missing\", 1)"), "");
     EXPECT_EQ(NamedCodeList::Substitute("$1$2-$0-$", {"a", "b"}), "ab--$");
     EXPECT_EQ(NamedCodeList::Substitute("$99999999999999999999", {"a"}), "");
+    // Text that doubles at each call stops growing at the bound.
+    std::string half(NamedCodeList::kMaxText / 2 + 1, 'x');
+    EXPECT_EQ(NamedCodeList::Substitute("$1", {half}).size(), half.size());
+    EXPECT_EQ(NamedCodeList::Substitute("$1$1", {half}), "");
 }
 
 TEST_F(NoteMakingTest, NamedCodeSectionsThatDoNotParseGiveNoEntries) {
