@@ -112,10 +112,23 @@ bool AASum::Total(Node* note, MatchList& matches, double& total, bool& interval,
     NodeVector group = Choose(note, matches, found);
     groupSize = group.size();
     const Attribute* searchable = SearchableAttribute(note);
+    // A plain number attribute (`$Width`) is read as a number: the general
+    // path writes each value as text and reads the text back.
+    std::string numberAttribute;
+    if (const auto* attribute = dynamic_cast<const AAAttributeValue*>(expression);
+        attribute && attribute->Designator().empty() && note) {
+        const Attribute* definition = note->GetAttribute(attribute->Name());
+        if (definition && definition->GetType() == Type::kNumber)
+            numberAttribute = attribute->Name();
+    }
     for (Node* member : group) {
         matches.matches.clear();
         if (!Included(member, matches, searchable))
             continue;
+        if (!numberAttribute.empty()) {
+            total += member->GetDouble(numberAttribute);
+            continue;
+        }
         if (expression->ResultType(member, matches) == Type::kInterval) {
             interval = true;
             total += ComputeValue(expression, member, matches).AsInterval().Seconds();

@@ -175,3 +175,26 @@ TEST(NamedCodeFromFile, StampsAndMacrosOfAReadDocumentRun) {
 }
 
 }  // namespace
+
+namespace {
+
+// sum reads a plain number attribute without writing it as text: the
+// answers must be those of any other expression of the same values.
+TEST_F(NoteMakingTest, SumOfANumberAttributeMatchesTheGeneralPath) {
+    Node* c = MakeNote("C", top, b);
+    a->Set("Count", "1.25");
+    b->Set("Count", "-0.1");
+    c->Set("Count", "1e21");
+    for (const char* group : {"children", "all", "descendants"}) {
+        std::string plain = Eval(std::string("sum(") + group + ", $Count)", top);
+        EXPECT_EQ(plain, Eval(std::string("sum(") + group + ", $Count + 0)", top)) << group;
+    }
+    c->Set("Count", "");
+    EXPECT_EQ(Eval("sum(children, $Count)", top), "1.15");
+    // A note that refuses searches adds nothing.
+    b->SetBoolean("Searchable", false);
+    EXPECT_EQ(Eval("sum(children, $Count)", top), "1.25");
+    EXPECT_EQ(Eval("sum(children, $Count(/Top/A))", top), "2.5");
+}
+
+}  // namespace
