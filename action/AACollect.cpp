@@ -36,18 +36,25 @@ NodeVector AACollect::Choose(Node* note, MatchList& matches, bool& found) const 
     return HTPath::All(note, text, matches);
 }
 
+const Attribute* AACollect::SearchableAttribute(const Node* note) {
+    return note ? note->GetAttribute("Searchable") : nullptr;
+}
+
 bool AACollect::Included(Node* note, MatchList& matches) const {
+    return Included(note, matches, SearchableAttribute(note));
+}
+
+bool AACollect::Included(Node* note, MatchList& matches, const Attribute* searchable) const {
     if (!note)
         return false;
+    bool canSearch = searchable ? note->GetBoolean(searchable) : note->GetBoolean("Searchable");
     if (HasCondition()) {
         const AAValue* condition = Condition();
-        if (note->IsAdornment() || !condition)
-            return false;
-        if (!note->GetBoolean("Searchable"))
+        if (note->IsAdornment() || !condition || !canSearch)
             return false;
         return ComputeValue(condition, note, matches).IsTrue();
     }
-    return note->GetBoolean("Searchable");
+    return canSearch;
 }
 
 ActionResult AACollect::ActionValue(Node* note, MatchList& matches) const {
@@ -56,10 +63,11 @@ ActionResult AACollect::ActionValue(Node* note, MatchList& matches) const {
     if (!found)
         return ActionResult(std::string());
     const AAValue* expression = Expression();
+    const Attribute* searchable = SearchableAttribute(note);
     ArgList result;
     for (Node* member : group) {
         matches.matches.clear();
-        if (!Included(member, matches))
+        if (!Included(member, matches, searchable))
             continue;
         if (!expression) {
             result.push_back(member->GetString("Name"));
@@ -83,9 +91,10 @@ ActionResult AACountIf::ActionValue(Node* note, MatchList& matches) const {
     bool found = false;
     NodeVector group = Choose(note, matches, found);
     long count = 0;
+    const Attribute* searchable = SearchableAttribute(note);
     for (Node* member : group) {
         matches.matches.clear();
-        if (Included(member, matches))
+        if (Included(member, matches, searchable))
             ++count;
     }
     return ActionResult(static_cast<double>(count));
@@ -102,10 +111,24 @@ bool AASum::Total(Node* note, MatchList& matches, double& total, bool& interval,
     bool found = false;
     NodeVector group = Choose(note, matches, found);
     groupSize = group.size();
+    const Attribute* searchable = SearchableAttribute(note);
+    // A plain number attribute (`$Width`) is read as a number: the general
+    // path writes each value as text and reads the text back.
+    std::string numberAttribute;
+    if (const auto* attribute = dynamic_cast<const AAAttributeValue*>(expression);
+        attribute && attribute->Designator().empty() && note) {
+        const Attribute* definition = note->GetAttribute(attribute->Name());
+        if (definition && definition->GetType() == Type::kNumber)
+            numberAttribute = attribute->Name();
+    }
     for (Node* member : group) {
         matches.matches.clear();
-        if (!Included(member, matches))
+        if (!Included(member, matches, searchable))
             continue;
+        if (!numberAttribute.empty()) {
+            total += member->GetDouble(numberAttribute);
+            continue;
+        }
         if (expression->ResultType(member, matches) == Type::kInterval) {
             interval = true;
             total += ComputeValue(expression, member, matches).AsInterval().Seconds();

@@ -2,6 +2,7 @@
 // Group functions over the notes a designator names: designator, then the
 // further arguments. The `_if` forms take a condition before the expression.
 #include "AAValue.h"
+#include "Attribute.h"
 #include "NodeVector.h"
 
 // `collect(group, expr)`: the expression computed on each note of the
@@ -18,6 +19,11 @@ public:
     NodeVector Choose(Node* note, MatchList& matches, bool& found) const;
     // Whether a note of the group takes part.
     virtual bool Included(Node* note, MatchList& matches) const;
+    // The same, with the attribute Searchable of the group's document looked
+    // up once for the whole group (null: looked up by name).
+    bool Included(Node* note, MatchList& matches, const Attribute* searchable) const;
+    // The attribute Searchable of the document the note belongs to.
+    static const Attribute* SearchableAttribute(const Node* note);
     virtual bool HasCondition() const { return false; }
     const AAValue* Condition() const;
     const AAValue* Expression() const;

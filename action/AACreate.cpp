@@ -5,8 +5,10 @@
 #include "AttributeType.h"
 #include "CommandTrust.h"
 #include "HTPath.h"
+#include "KindNode.h"
 #include "Log.h"
 #include "MatchList.h"
+#include "NamedCodeList.h"
 #include "Node.h"
 #include "NodeHelpers.h"
 #include "Parser.h"
@@ -38,8 +40,9 @@ std::string PathAndName(const AAValue* first, Node* note, MatchList& matches) {
 }
 
 // Finds or makes each step of a "/"-separated path, from the root for an
-// absolute path and from the note otherwise.
-Node* CreatePath(Node* note, const std::string& path) {
+// absolute path and from the note otherwise. With `asAgent` a last step
+// that has to be made is made as an agent.
+Node* CreatePath(Node* note, const std::string& path, bool asAgent = false) {
     if (!note || path.empty())
         return nullptr;
     Node* at = path[0] == '/' ? nullptr : note;
@@ -59,6 +62,13 @@ Node* CreatePath(Node* note, const std::string& path) {
                 found = child;
                 break;
             }
+        if (!found && asAgent && start > path.size()) {
+            found = KindNode::CreateForReading(KindNode::Kind::kAgent, parent, nullptr);
+            if (found) {
+                found->SetName(step);
+                found->Initialize();
+            }
+        }
         if (!found)
             found = maker.Make(step, at, nullptr);
         at = made = found;
@@ -137,11 +147,10 @@ ActionResult AACreate::ActionValue(Node* note, MatchList& matches) const {
 }
 
 ActionResult AACreateAgent::ActionValue(Node* note, MatchList& matches) const {
-    // No agent kind of note exists yet: an ordinary note carries the query.
     const AAValue* first = operand.get();
     std::string path = Parser::TrimQuotes(ArgumentText(first, note, matches));
     const AAValue* query = NthArgument(first, 1);
-    Node* made = CreatePath(note, path);
+    Node* made = CreatePath(note, path, true);
     if (!made)
         return ActionResult(std::string());
     if (query)
@@ -150,24 +159,92 @@ ActionResult AACreateAgent::ActionValue(Node* note, MatchList& matches) const {
 }
 
 ActionResult AADelete::ActionValue(Node* note, MatchList& matches) const {
-    // Deleting notes needs the deletion protocol of running actions, which
-    // is not in place yet: the arguments are computed and nothing deleted.
-    PathAndName(operand.get(), note, matches);
-    return kFalseResult();
+    std::string path = PathAndName(operand.get(), note, matches);
+    if (!note || path.empty())
+        return kFalseResult();
+    // Notes are deleted as the user deletes them: out of the tree and the
+    // index, kept alive until the document ends. Code that is running on a
+    // deleted note (its own rule, an agent's action, the statements after
+    // this call) thus never meets freed memory; the statement loop ends when
+    // its note goes (see AATokenList::Apply).
+    bool deleted = false;
+    for (Node* target : HTPath::All(note, path, matches)) {
+        if (!target || target == target->Root() || target->IsHidden() || target->Invalid())
+            continue;
+        NodeDeleter(target).Hide(true);
+        deleted = deleted || target->IsHidden();
+    }
+    return deleted ? kTrueResult() : kFalseResult();
+}
+
+bool ApplyStamp(Node* note, const std::string& name) {
+    if (!note || note->IsHidden())
+        return false;
+    // Most documents have no stamps: every bare statement asks, so that
+    // answer comes without making the list.
+    Hypertext* document = note->GetHypertext();
+    if (!document || (!document->CarriedSection("stamps") && !document->CarriedSection("menu")))
+        return false;
+    NamedCodeList* stamps = NamedCodeList::Stamps(document);
+    std::optional<std::string> code = stamps ? stamps->Find(name) : std::nullopt;
+    if (!code)
+        return false;
+    // A stamp may name itself, or another stamp that names it.
+    StNestedCode nesting;
+    if (nesting.TooDeep())
+        return false;
+    Action::Do(note, *code);
+    return true;
 }
 
 ActionResult AAStamp::ActionValue(Node* note, MatchList& matches) const {
-    // The document's stamps are kept as carried text only so far.
-    for (const AAValue* argument = operand.get(); argument; argument = argument->GetNextArgument())
-        ArgumentText(argument, note, matches);
-    return kFalseResult();
+    const AAValue* first = operand.get();
+    const AAValue* nameArgument = first ? first->GetNextArgument() : nullptr;
+    NodeVector targets;
+    if (nameArgument) {
+        std::string designator = Parser::TrimQuotes(ArgumentText(first, note, matches));
+        targets = HTPath::All(note, designator, matches);
+    } else {
+        nameArgument = first;
+        targets.push_back(note);
+    }
+    std::string name = Parser::TrimQuotes(ArgumentText(nameArgument, note, matches));
+    if (name.empty())
+        return kFalseResult();
+    bool applied = false;
+    for (Node* target : targets)
+        applied = ApplyStamp(target, name) || applied;
+    return applied ? kTrueResult() : kFalseResult();
 }
 
 ActionResult AAMacro::ActionValue(Node* note, MatchList& matches) const {
-    // The document's macros are kept as carried text only so far.
-    for (const AAValue* argument = operand.get(); argument; argument = argument->GetNextArgument())
-        ArgumentText(argument, note, matches);
-    return ActionResult(std::string());
+    const AAValue* first = operand.get();
+    std::string name = Parser::TrimQuotes(ArgumentText(first, note, matches));
+    std::vector<std::string> arguments;
+    for (const AAValue* argument = first ? first->GetNextArgument() : nullptr; argument;
+         argument = argument->GetNextArgument())
+        arguments.push_back(ArgumentText(argument, note, matches));
+    NamedCodeList* macros = note ? NamedCodeList::Macros(note->GetHypertext()) : nullptr;
+    std::optional<std::string> code = macros ? macros->Find(name) : std::nullopt;
+    if (!code)
+        return ActionResult(std::string());
+    StNestedCode nesting;
+    if (nesting.TooDeep())
+        return ActionResult(std::string());
+    std::string text = NamedCodeList::Substitute(*code, arguments);
+    // A macro of one expression answers its value; one of statements is run
+    // on the note and answers true.
+    AgentAction action(text);
+    const auto& tokens = action.Tokens().Tokens();
+    if (tokens.size() == 1 && dynamic_cast<const AAExpressionToken*>(tokens.front().get())) {
+        // Read as an expression, as eval reads its text.
+        AAValuePtr expression = Action::ParseExpression(text, true);
+        return expression ? ComputeValue(expression.get(), note, matches) : ActionResult(std::string());
+    }
+    if (tokens.empty())
+        return ActionResult(std::string());
+    action.Apply(note, matches);
+    return kTrueResult();
 }
 
 ActionResult AAExport::ActionValue(Node* note, MatchList& matches) const {

@@ -2,6 +2,8 @@
 // Functions that make, change or run notes and code: create, delete, stamp,
 // do, eval, action, exported text, outside commands, and the platform
 // services of sound and notification.
+#include <string>
+
 #include "AAValue.h"
 
 // `create(path[, name])`: makes the note at the path unless it exists.
@@ -109,6 +111,10 @@ public:
     int ResultType(Node*, MatchList&) const override { return -1; }
     bool IsValid(const Node*) const override { return true; }
 };
+
+// Applies the document's stamp of that exact name to the note: runs its
+// code there. False when there is no such stamp or no live note.
+bool ApplyStamp(Node* note, const std::string& name);
 
 // The depth of nested eval, action and do calls on this thread: code that
 // evaluates itself stops here with an empty result and one logged line.

@@ -1,5 +1,6 @@
 #include "AAToken.h"
 
+#include "AACreate.h"
 #include "AttributeInfo.h"
 #include "AttributeType.h"
 #include "AttributeToken.h"
@@ -15,10 +16,11 @@ AAToken::~AAToken() { dead.store(true, std::memory_order_relaxed); }
 // Bare expressions
 
 void AAExpressionToken::Apply(Node* note, MatchList& matches) const {
-    // The expression's side effects are the point of the statement. A
-    // result that names one of the document's stamps would apply that stamp;
-    // documents without stamps (all, until stamps are read) skip that step.
-    AAValue::ComputeValue(expression.get(), note, matches);
+    // The expression's side effects are the point of the statement; a
+    // result that names one of the document's stamps applies that stamp.
+    std::string result = AAValue::ComputeValue(expression.get(), note, matches).AsString();
+    if (!result.empty() && note && !note->IsHidden())
+        ApplyStamp(note, result);
 }
 
 bool AAExpressionToken::IsValid(const Node* note) const { return expression && expression->IsValid(note); }

@@ -306,6 +306,8 @@ public:
     AALinks(std::string designatorText, std::string queryText)
         : designator(std::move(designatorText)), query(std::move(queryText)) {}
     const char* ClassName() const override { return "AALinks"; }
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
     const std::string& Designator() const { return designator; }
     const std::string& Query() const { return query; }
     void Describe(AAValueParts& parts) const override;

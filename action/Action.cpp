@@ -43,6 +43,9 @@ bool AATokenList::IsValid(const Node* note) const {
 
 void AATokenList::Apply(Node* note, MatchList& matches, const std::atomic<bool>& deleted) const {
     StChanges changes(note ? note->GetHypertext() : nullptr);
+    // A statement may delete the note the action runs on (`delete(this)`, or
+    // a container of it): the rest of the action is then not run on it.
+    bool wasHidden = note && note->IsHidden();
     for (const AATokenPtr& token : tokens) {
         try {
             token->Apply(note, matches);
@@ -50,6 +53,8 @@ void AATokenList::Apply(Node* note, MatchList& matches, const std::atomic<bool>&
             return;
         }
         if (deleted.load(std::memory_order_relaxed))
+            return;
+        if (note && !wasHidden && note->IsHidden())
             return;
     }
 }
