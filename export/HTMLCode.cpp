@@ -26,8 +26,15 @@ void HTMLCode::SetLast(int position) {
     TagList moved;
     for (auto it = pieces.upper_bound(last); it != pieces.end();) {
         for (const HTMLMarkupTag& tag : it->second.endTags)
-            moved.push_back(tag);
+            if (tag.Partner() < last)
+                moved.push_back(tag);
         it = pieces.erase(it);
+    }
+    // Stretches that would open at the end now hold nothing.
+    if (auto it = pieces.find(last); it != pieces.end()) {
+        TagList& opening = it->second.startTags;
+        for (auto tag = opening.begin(); tag != opening.end();)
+            tag = tag->Partner() > last ? opening.erase(tag) : tag + 1;
     }
     if (!moved.empty()) {
         Piece& end = PieceAt(last);
@@ -57,18 +64,24 @@ void HTMLCode::Place(const HTMLMarkupTag& open, const HTMLMarkupTag& close, bool
         return;
     HTMLMarkupTag first = open;
     first.SetPosition(start);
+    first.SetPartner(end);
     HTMLMarkupTag second = close;
     second.SetPosition(end);
+    second.SetPartner(start);
+    // Opening tags run from the stretch that ends last to the one that ends
+    // first; a stretch that encloses goes before those of the same end.
     TagList& opening = PieceAt(start).startTags;
-    if (around)
-        opening.push_front(first);
-    else
-        opening.push_back(first);
+    auto at = std::find_if(opening.begin(), opening.end(), [&](const HTMLMarkupTag& tag) {
+        return around ? tag.Partner() <= end : tag.Partner() < end;
+    });
+    opening.insert(at, first);
+    // Closing tags run from the stretch that began last to the one that
+    // began first; a stretch that encloses goes after those of the same start.
     TagList& closing = PieceAt(end).endTags;
-    if (around)
-        closing.push_back(second);
-    else
-        closing.push_front(second);
+    at = std::find_if(closing.begin(), closing.end(), [&](const HTMLMarkupTag& tag) {
+        return around ? tag.Partner() < start : tag.Partner() <= start;
+    });
+    closing.insert(at, second);
 }
 
 void HTMLCode::Insert(const HTMLMarkupTag& open, const HTMLMarkupTag& close) { Place(open, close, false); }
@@ -93,10 +106,15 @@ void HTMLCode::Export(std::string& out, int from, int length) const {
     if (length <= 0 || from < 0 || from >= static_cast<int>(text.size()))
         return;
     std::string utf8 = Utf16ToUtf8(std::u16string_view(text).substr(from, length));
-    if (entities)
+    if (entities) {
         out += HTMLEncoder::EntityFilter(utf8, false, encodeAngles, codeState);
-    else
-        out += utf8;
+        return;
+    }
+    // Attachment characters stand for pictures and never reach the page.
+    static const std::string attachment = "\xEF\xBF\xBC";
+    for (size_t i = utf8.find(attachment); i != std::string::npos; i = utf8.find(attachment, i))
+        utf8.erase(i, attachment.size());
+    out += utf8;
 }
 
 void HTMLCode::Generate(std::string& out) const {

@@ -4,9 +4,10 @@
 // Positions count UTF-16 code units, as the styled text and the anchors of
 // text links do. The tags at one position are kept as two lists: the closing
 // tags of stretches that end there, written first, and then the opening tags
-// of stretches that begin there. `Enclose` wraps what is already placed
-// (its opening tag goes first, its closing tag last); `Insert` goes inside
-// it. The positions holding tags form a balanced tree of pieces (a map), so
+// of stretches that begin there. Stretches nest by their bounds: at one
+// position the longer stretch opens first and the one opened later closes
+// first. Between stretches with the same bounds, `Enclose` wraps what is
+// already placed and `Insert` goes inside it. The positions holding tags form a balanced tree of pieces (a map), so
 // that no text, however many tags it gets, makes a deep structure.
 #include <deque>
 #include <map>
@@ -27,12 +28,17 @@ public:
     // Characters of the text, from the tag's position, that the tag replaces.
     int Skip() const { return skip; }
     void Skip(int count) { skip = count < 0 ? 0 : count; }
+    // The position of the other end of the stretch the tag belongs to (its
+    // own position for a single tag).
+    int Partner() const { return partner; }
+    void SetPartner(int p) { partner = p; }
 
 private:
     std::string text;
     int position;
     bool open;
     int skip = 0;
+    int partner = position;
 };
 
 class TagList : public std::deque<HTMLMarkupTag> {
