@@ -127,8 +127,7 @@ void HTMLMarkup::AddItalicMarkup() {
 }
 
 void HTMLMarkup::AddUnderlineMarkup() {
-    // Linked characters are underlined by the link itself.
-    ForEachStretch([](const TextStyle& s) { return s.underline && s.link.empty(); },
+    ForEachStretch([](const TextStyle& s) { return s.underline; },
                    [this](int start, int end) { generator->Underline(*this, start, end); });
 }
 
@@ -250,9 +249,12 @@ bool HTMLMarkup::IsProse() const {
 double HTMLMarkup::ConstantFontSize(int start, int end) const {
     double textSize = NodeText(note).TextFontSize();
     double size = -1;
-    for (const StyleRun& run : styled.Runs()) {
-        if (run.End() <= start)
-            continue;
+    const std::vector<StyleRun>& runs = styled.Runs();
+    // Runs are in text order: start at the first that reaches past `start`.
+    auto first = std::upper_bound(runs.begin(), runs.end(), start,
+                                  [](int position, const StyleRun& run) { return position < run.End(); });
+    for (auto it = first; it != runs.end(); ++it) {
+        const StyleRun& run = *it;
         if (run.start >= end)
             break;
         double runSize = run.style.size > 0 ? run.style.size : textSize;
