@@ -8,6 +8,7 @@
 #include "HTMLCode.h"
 #include "HTMLEncoder.h"
 #include "HTMLMarkup.h"
+#include "HTMLMarkupParagraph.h"
 #include "Hypertext.h"
 #include "Link.h"
 #include "Node.h"
@@ -326,4 +327,91 @@ TEST_F(NoteTextHTML, MarkdownKeepsTextAndTranslatesThroughCommonMark) {
               "<p><a href=\"https://e.org\">x</a> <span>raw</span></p>\n");
     EXPECT_EQ(RylCommonMark::Translate(std::string("bad \xFF byte")), "<p>bad \xEF\xBF\xBD byte</p>\n");
     EXPECT_EQ(RylCommonMark::Translate(""), "");
+}
+
+TEST(HTMLMarkupParagraphs, SplittingKindsAndLevels) {
+    HTMLMarkupParagraphList list;
+    list.FromText(u"  one\r\n\n two  \n<pre>\na\r\nb\n</pre> tail\nlast");
+    ASSERT_EQ(list.size(), 4u);
+    EXPECT_EQ(list[0]->Start(), 2);
+    EXPECT_EQ(list[0]->End(), 5);
+    EXPECT_EQ(list[1]->Text(), u"two");
+    EXPECT_FALSE(list[1]->IsPreformatted());
+    EXPECT_EQ(list[2]->Text(), u"<pre>\na\r\nb\n</pre> tail");
+    EXPECT_TRUE(list[2]->IsPreformatted());
+    EXPECT_EQ(list[3]->Text(), u"last");
+    // An unclosed <pre> runs to the end of the text.
+    list.FromText(u"x\n<PRE>a\nb");
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[1]->Text(), u"<PRE>a\nb");
+
+    HTMLMarkupParagraph markup(0, 0, u"^a^", false);
+    EXPECT_FALSE(markup.IsMarkup());   // too short
+    EXPECT_TRUE(HTMLMarkupParagraph(0, 0, u"^ab^", false).IsMarkup());
+    EXPECT_TRUE(HTMLMarkupParagraph(0, 0, u"^if($A)^", false).IsMarkup());
+    EXPECT_FALSE(HTMLMarkupParagraph(0, 0, u"^1ab^", false).IsMarkup());
+    EXPECT_FALSE(HTMLMarkupParagraph(0, 0, u"^value($Name) and more", false).IsMarkup());
+    EXPECT_TRUE(HTMLMarkupParagraph(0, 0, u"<img src=\"a\">  ", false).IsHTMLMarkup());
+    EXPECT_FALSE(HTMLMarkupParagraph(0, 0, u"<b>bold</b> text", false).IsHTMLMarkup());
+    std::vector<std::u16string> macros{u"^do("};
+    EXPECT_TRUE(HTMLMarkupParagraph(0, 0, u"^do(x)", false).IsMacro(macros));
+    EXPECT_TRUE(HTMLMarkupParagraph(0, 0, u"^do(x)^", false).IsMacro(macros));
+    EXPECT_FALSE(HTMLMarkupParagraph(0, 0, u"^do(x", false).IsMacro(macros));
+    EXPECT_FALSE(HTMLMarkupParagraph(0, 0, u"^da(x)", false).IsMacro(macros));
+
+    HTMLMarkupParagraph item(0, 0, u"#*\u2022 x", false);
+    item.FindListLevel(true, HTMLMarkup::kMaxListLevel);
+    EXPECT_EQ(item.ListLevel(), 3);
+    EXPECT_TRUE(item.IsOrdered());
+    item.FindListLevel(false, HTMLMarkup::kMaxListLevel);
+    EXPECT_EQ(item.ListLevel(), 0);
+}
+
+namespace {
+
+// An export that gives no paragraph tags of its own.
+class BareParagraphHost : public RecordingHost {
+public:
+    std::string OpenParagraphMarkup(const Node*, int, char16_t) const override { return std::string(); }
+    std::string CloseParagraphMarkup(const Node*, int, char16_t) const override { return std::string(); }
+};
+
+// Remembers the pages links were made for.
+class CurrentRecordingHost : public RecordingHost {
+public:
+    std::string LinkURLFor(const Node* target, const Node* current) const override {
+        pages.push_back(current ? current->Name() : std::string("none"));
+        return RecordingHost::LinkURLFor(target, current);
+    }
+    mutable std::vector<std::string> pages;
+};
+
+}  // namespace
+
+TEST_F(NoteTextHTML, SizesCountOnlyWhereTheExportHasParagraphTags) {
+    StyledText styled("Title\n", Sized(8));
+    styled.Append("Body");
+    EXPECT_EQ(Markup(styled), "<h1>Title</h1>\n<p>Body</p>");
+    BareParagraphHost bare;
+    EXPECT_EQ(Markup(styled, &bare), "<p>Title</p>\n<p>Body</p>");
+}
+
+TEST_F(NoteTextHTML, AliasesLinkFromTheOriginalsTextInTheExportingPage) {
+    NodeText(note).SetText("See other.");
+    LinkRecord toOther(note, 4, 5);
+    toOther.destNode = other;
+    ASSERT_NE(NodeLinks(note).CreateLink(toOther), nullptr);
+    Node* alias = NodeMaker(&doc).MakeAlias(note, other, nullptr);
+    ASSERT_NE(alias, nullptr);
+    CurrentRecordingHost host;
+    EXPECT_EQ(HTMLMarkup(alias, top, &host).ToString(), "<p>See <a href=\"Other.html\">other</a>.</p>");
+    EXPECT_EQ(host.pages, std::vector<std::string>{"Top"});
+    EXPECT_EQ(HTMLMarkup(nullptr, top, &host).ToString(), "");
+}
+
+TEST_F(NoteTextHTML, CutsNeverSplitACharacter) {
+    // The emoji takes two UTF-16 units; a cut inside it falls before it.
+    EXPECT_EQ(Markup("ab\xF0\x9F\x98\x80" "cd", nullptr, 3), "<p>ab...</p>");
+    EXPECT_EQ(Markup("ab\xF0\x9F\x98\x80" "cd", nullptr, 4), "<p>ab\xF0\x9F\x98\x80...</p>");
+    EXPECT_EQ(Markup("one\ntwo\nthree", nullptr, 5), "<p>one</p>\n<p>t...</p>");
 }
