@@ -164,7 +164,12 @@ ActionResult AAListOperator::Receiver(Node* note, MatchList& matches) const {
     return left ? ComputeValue(left.get(), note, matches) : ActionResult(std::string());
 }
 
-const AAValue* AAListOperator::Argument(int n) const { return NthArgument(right.get(), n); }
+const AAValue* AAListOperator::Argument(int n) const {
+    // A call without arguments (`.first`, `.first()`) holds the empty
+    // expression in the first place.
+    const AAValue* argument = NthArgument(right.get(), n);
+    return dynamic_cast<const AADefaultValue*>(argument) ? nullptr : argument;
+}
 
 ActionResult AADotRemove::ActionValue(Node* note, MatchList& matches) const {
     int type = ReceiverType(note, matches);

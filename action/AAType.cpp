@@ -57,7 +57,8 @@ ActionResult AAType::ActionValue(Node* note, MatchList& matches) const {
     std::string name = AttributeName(operand.get(), note, matches);
     if (name.empty() || !note)
         return ActionResult(std::string());
-    Attribute* attribute = AttributeInfo(note).GetAttribute(name);
+    AttributeInfo info(note);
+    Attribute* attribute = info.HasAttribute(name) ? info.GetAttribute(name) : nullptr;
     return ActionResult(attribute ? attribute->GetTypeString() : std::string());
 }
 
@@ -67,20 +68,23 @@ ActionResult AAAttributeOperator::ActionValue(Node* note, MatchList& matches) co
     std::string name = AttributeName(operand.get(), note, matches);
     if (name.empty() || !note)
         return ActionResult(std::string());
-    Attribute* attribute = AttributeInfo(note).GetAttribute(name);
+    AttributeInfo info(note);
+    Attribute* attribute = info.HasAttribute(name) ? info.GetAttribute(name) : nullptr;
     if (!attribute)
         return ActionResult(std::string());
+    // Flags are written out in full, so that the dictionary's text keeps them.
+    auto flag = [](bool on) { return std::string(on ? "true" : "false"); };
     Dictionary facts;
     facts["name"] = attribute->Name();
     facts["type"] = attribute->GetTypeString();
     facts["default"] = attribute->GetDefaultValueAsString();
     facts["suggested"] = attribute->SuggestedValues().ToString(";");
-    facts["sequential"] = attribute->IsSequential() ? kTrue : kFalse;
+    facts["sequential"] = flag(attribute->IsSequential());
     facts["category"] = attribute->Category();
     facts["description"] = attribute->Description();
-    facts["editable"] = attribute->IsEditable() ? kTrue : kFalse;
-    facts["inherits"] = attribute->CanInherit() ? kTrue : kFalse;
-    facts["user"] = attribute->IsUserAttribute() ? kTrue : kFalse;
+    facts["editable"] = flag(attribute->IsEditable());
+    facts["inherits"] = flag(attribute->CanInherit());
+    facts["user"] = flag(attribute->IsUserAttribute());
     return ActionResult::ForDictionary(facts);
 }
 
@@ -364,7 +368,11 @@ int AAFormat::ResultType(Node*, MatchList&) const { return Type::kString; }
 ActionResult AADotFormat::ActionValue(Node* note, MatchList& matches) const {
     const AAValue* value = left.get();
     int type = value ? value->ResultType(note, matches) : Type::kNone;
-    return AAFormat::Format(value, type, right.get(), note, matches);
+    // `.format()` holds the empty expression: no written arguments.
+    const AAValue* arguments = right.get();
+    if (dynamic_cast<const AADefaultValue*>(arguments) && !arguments->GetNextArgument())
+        arguments = nullptr;
+    return AAFormat::Format(value, type, arguments, note, matches);
 }
 
 int AADotFormat::ResultType(Node*, MatchList&) const { return Type::kString; }

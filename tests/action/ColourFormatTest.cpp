@@ -60,7 +60,8 @@ TEST_F(ColourFormatTest, AttributeInformation) {
         {"type(Table)", "dictionary"},
         {"type(\"Nothing\")", ""},
         {"attribute(\"Count\").at(\"type\")", "number"},
-        {"attribute(\"Tags\")[\"user\"]", "true"},
+        {"attribute(\"Count\")[\"user\"]", "true"},
+        {"attribute(\"Name\")[\"user\"]", "false"},
         {"attribute(\"Tags\")[\"name\"]", "Tags"},
         {"attribute(\"Nothing\")", ""},
     });
@@ -111,6 +112,7 @@ TEST_F(ColourFormatTest, FormatNumbers) {
         {"$Count.format(1, 10, \"0\")", "00001234.5"},
         {"$Count.format(1, 10, \"*#\")", "****1234.5"},
         {"$Count.format(1, 3)", "1234.5"},
+        {"$Count.format()", "1234.5"},
         {"format($Count, 3, 0, \"x\")", "1234.500"},
         {"format(\"2.5\", 2)", "2.50"},
         // Localized forms.

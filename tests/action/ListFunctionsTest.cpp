@@ -111,7 +111,9 @@ TEST_F(ListFunctionsTest, SortOrders) {
         {"\"10;9;100\".nsort", "9;10;100"},
         {"\"-1.5;2;-3\".nsort", "-3;-1.5;2"},
         {"\"\".sort", ""},
-        {"\"\u00e9;e;f\".isort", "e;\u00e9;f"},
+        {"\"beta;Alpha;gamma\".isort", "Alpha;beta;gamma"},
+        {"\"beta;Alpha;gamma\".sort", "Alpha;beta;gamma"},
+        {"\"b;B;a\".isort.first", "a"},
     });
 }
 
