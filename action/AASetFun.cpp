@@ -11,6 +11,8 @@
 #include "AttributeInfo.h"
 #include "AttributeType.h"
 #include "HTPath.h"
+#include "Hypertext.h"
+#include "NodeIndex.h"
 #include "MatchList.h"
 #include "Node.h"
 #include "Parser.h"
@@ -26,12 +28,17 @@ namespace {
 // containers it touches; anything else goes to the designators.
 class ItemNotes {
 public:
-    ItemNotes(Node* base, MatchList& matches) : base(base), matches(matches) {}
+    // `count` is the number of items to come: a long list is worth bringing
+    // the document's name index up to date for.
+    ItemNotes(Node* base, MatchList& matches, size_t count)
+        : base(base), matches(matches), rebuildIndex(count >= kIndexWorthy) {}
 
     Node* Find(const std::string& item) {
         if (!base || item.empty())
             return nullptr;
         if (item[0] == '/' && item.find_first_of("\"'()") == std::string::npos) {
+            if (Node* indexed = FromIndex(item))
+                return indexed;
             bool plain = true;
             Node* found = Walk(item, plain);
             if (plain)
@@ -41,6 +48,45 @@ public:
     }
 
 private:
+    // A path whose every step is the first note of its name in outline
+    // order, as the document's name index tells: that note is the first
+    // child of its name under its parent, so the walk would end at it too.
+    // Answers null when the index cannot tell, and the walk decides.
+    Node* FromIndex(const std::string& path) {
+        if (!index) {
+            Hypertext* document = base->GetHypertext();
+            index = document ? document->GetIndex() : nullptr;
+            if (!index)
+                return nullptr;
+            if (rebuildIndex)
+                index->UpdateIfNeeded();
+        }
+        if (index->NeedsUpdate())
+            return nullptr;
+        return Indexed(path);
+    }
+
+    // The note at a path by the index, the parent's path remembered (a
+    // list names many notes of few containers).
+    Node* Indexed(const std::string& path) {
+        size_t slash = path.rfind('/');
+        std::string step = Parser::Trim(path.substr(slash + 1));
+        if (step.empty() || step == "." || step == "..")
+            return nullptr;
+        Node* parent = nullptr;
+        if (slash == 0) {
+            parent = base->Root();
+        } else {
+            std::string above = path.substr(0, slash);
+            auto [known, made] = parents.try_emplace(above, nullptr);
+            if (made)
+                known->second = Indexed(above);
+            parent = known->second;
+        }
+        Node* found = parent ? index->Find(step) : nullptr;
+        return found && !found->Invalid() && found->Father() == parent ? found : nullptr;
+    }
+
     // Walks "/a/b/c" from the root. `plain` turns false for steps that the
     // table does not answer ("." and "..", empty steps).
     Node* Walk(const std::string& path, bool& plain) {
@@ -72,6 +118,10 @@ private:
 
     Node* base;
     MatchList& matches;
+    static constexpr size_t kIndexWorthy = 1000;
+    bool rebuildIndex;
+    NodeIndex* index = nullptr;
+    std::unordered_map<std::string, Node*> parents;
     std::unordered_map<const Node*, std::unordered_map<std::string, Node*>> children;
 };
 
@@ -187,7 +237,7 @@ ActionResult AADotRemove::ActionValue(Node* note, MatchList& matches) const {
 
 NodeVector AAListOfNotes::Notes(Node* note, MatchList& matches) const {
     ArgList items = Receiver(note, matches).AsList();
-    ItemNotes resolver(note, matches);
+    ItemNotes resolver(note, matches, items.size());
     NodeVector notes;
     notes.reserve(items.size());
     for (const std::string& item : items)
@@ -347,7 +397,7 @@ ActionResult AASort::ActionValue(Node* note, MatchList& matches) const {
             entries[i].text = items[i];
         }
     } else {
-        ItemNotes resolver(note, matches);
+        ItemNotes resolver(note, matches, items.size());
         bool typed = false;
         for (size_t i = 0; i < items.size(); ++i) {
             SortEntry& entry = entries[i];

@@ -5,6 +5,8 @@
 
 #include "ActionTestDocument.h"
 
+#include <algorithm>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -167,6 +169,25 @@ TEST_F(ListFunctionsTest, GroupFormsOverTheNotesOfAList) {
     // A note that refuses searches is left out, as by the group form.
     EXPECT_EQ(Eval("\"/Top/A;/Top/B\".collect($Name)", top), "A");
     EXPECT_EQ(Eval("\"/Top/A;/Top/B\".every($Count > 1)", top), "true");
+}
+
+TEST_F(ListFunctionsTest, LongListsFindNotesAsPathsDo) {
+    // Two siblings of one name: a path leads into the first only, so the
+    // child of the second is not reached, even through the name index that
+    // long lists use.
+    Node* first = MakeNote("Dup", top, b);
+    Node* second = MakeNote("Dup", top, first);
+    MakeNote("X", second);
+    MakeNote("Y", b);
+    std::string items;
+    for (int i = 0; i < 1000; ++i)
+        items += "/Top/A;";
+    items += "/Top/Dup/X;/Top/B/Y";
+    a->Set("Items", items);
+    std::string names = Eval("$Items.collect($Name)");
+    EXPECT_EQ(names.find('X'), std::string::npos);
+    EXPECT_EQ(names.substr(names.size() - 3), "A;Y");
+    EXPECT_EQ(std::count(names.begin(), names.end(), ';'), 1000);
 }
 
 TEST_F(ListFunctionsTest, RunawayArgumentsStayBounded) {
