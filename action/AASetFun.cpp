@@ -1,6 +1,7 @@
 #include "AASetFun.h"
 
 #include <algorithm>
+#include <string_view>
 #include <unordered_map>
 
 #include <unicode/uchar.h>
@@ -68,24 +69,34 @@ private:
 
     // The note at a path by the index, the parent's path remembered (a
     // list names many notes of few containers).
-    Node* Indexed(const std::string& path) {
+    // `path` lies in an item of the list, which outlives this object.
+    Node* Indexed(std::string_view path) {
         size_t slash = path.rfind('/');
-        std::string step = Parser::Trim(path.substr(slash + 1));
-        if (step.empty() || step == "." || step == "..")
+        std::string_view step = path.substr(slash + 1);
+        while (!step.empty() && IsBlank(step.front()))
+            step.remove_prefix(1);
+        while (!step.empty() && IsBlank(step.back()))
+            step.remove_suffix(1);
+        if (step.empty() || step == "." || step == ".." || static_cast<unsigned char>(step.front()) >= 0x80 ||
+            static_cast<unsigned char>(step.back()) >= 0x80)
             return nullptr;
         Node* parent = nullptr;
         if (slash == 0) {
             parent = base->Root();
         } else {
-            std::string above = path.substr(0, slash);
+            std::string_view above = path.substr(0, slash);
             auto [known, made] = parents.try_emplace(above, nullptr);
             if (made)
                 known->second = Indexed(above);
             parent = known->second;
         }
-        Node* found = parent ? index->Find(step) : nullptr;
+        Node* found = parent ? index->Find(std::string(step)) : nullptr;
         return found && !found->Invalid() && found->Father() == parent ? found : nullptr;
     }
+
+    // White space and newlines, as trimming a step removes them; steps that
+    // end in other characters are left to the walk.
+    static bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
 
     // Walks "/a/b/c" from the root. `plain` turns false for steps that the
     // table does not answer ("." and "..", empty steps).
@@ -121,7 +132,7 @@ private:
     static constexpr size_t kIndexWorthy = 1000;
     bool rebuildIndex;
     NodeIndex* index = nullptr;
-    std::unordered_map<std::string, Node*> parents;
+    std::unordered_map<std::string_view, Node*> parents;
     std::unordered_map<const Node*, std::unordered_map<std::string, Node*>> children;
 };
 
