@@ -501,11 +501,20 @@ public:
     virtual std::string Transform(const std::string& text) const { return text; }
 };
 
-// A function over the items of a list.
+// A function over the items of a list: the argument (the receiver of the
+// dot forms) computed as text and split at ";", and the kind of its items.
 class AASetFun : public AAFunction {
 public:
     using AAFunction::AAFunction;
     int Priority() const override { return kPriorityListFunction; }
+    // Compute on the items and the item type (number, date, or another).
+    ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    int ResultType(Node* note, MatchList& matches) const override;
+    virtual ActionResult Compute(const ArgList& items, int type) const;
+    // The type the items are compared by: the argument's own type when it
+    // is number or date; otherwise number when every item is numeric, else
+    // date when every item is a date, else string.
+    int ItemType(const ArgList& items, Node* note, MatchList& matches) const;
 };
 
 // A unary function whose argument names a note.
