@@ -11,7 +11,7 @@ NoteQuery::NoteQuery(const std::string& text, bool caseSensitive)
 
 bool NoteQuery::Holds(Node* note, MatchList& matches) const {
     matches.CurrentThat(note);
-    return AAValue::ComputeValue(tree.get(), note, matches).IsTrue();
+    return AAValue::ComputeTruth(tree.get(), note, matches);
 }
 
 bool NoteQuery::Matches(Node* note, MatchList& matches) const {
@@ -34,7 +34,8 @@ NodeVector NoteQuery::FindAll(Hypertext* document) const {
     if (!document || !document->Root())
         return found;
     MatchList matches;
-    NodeFacade(document->Root()).Enumerate([&](Node* note) {
+    Node* root = document->Root();
+    VisitNotesInOutlineOrder(root->Son(), root->Sentinel(), [] { return false; }, [&](Node* note) {
         matches.matches.clear();
         if (Matches(note, matches))
             found.push_back(note);

@@ -9,6 +9,7 @@
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
 #include "NodeIndex.h"
+#include "NoteQuery.h"
 #include "Value.h"
 
 Agent::Agent(Node* note)
@@ -116,8 +117,10 @@ bool Agent::Do(bool force) {
     if (Closing())
         return changed;
     {
-        StChanges batch(note->GetHypertext());
-        HypertextFacade(note->GetHypertext()).Apply([&](Node* candidate) {
+        Hypertext* hypertext = note->GetHypertext();
+        StChanges batch(hypertext);
+        auto closing = [hypertext] { return hypertext->IsClosing(); };
+        VisitNotesInOutlineOrder(hypertext->Root(), nullptr, closing, [&](Node* candidate) {
             if (Closing())
                 return;
             matches.CurrentAgent(note);

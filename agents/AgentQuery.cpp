@@ -34,5 +34,5 @@ bool AgentQuery::Evaluate(Node* note, MatchList& matches) const {
     if (!tree || !note)
         return false;
     matches.CurrentThat(note);
-    return AAValue::ComputeValue(tree.get(), note, matches).IsTrue();
+    return AAValue::ComputeTruth(tree.get(), note, matches);
 }
