@@ -458,11 +458,19 @@ bool AAStringValue::NumberInPlace(Node* note, MatchList& matches, double& number
 }
 
 double AAStringValue::LiteralNumber() const {
-    std::call_once(literalNumberOnce, [this] {
-        literalIsDate = STime::IsDate(Parser::TrimQuotes(token));
-        literalNumber = NumberOfText(token);
-    });
-    return literalIsDate ? NumberOfText(token) : literalNumber;
+    int kind = literalKind.load(std::memory_order_acquire);
+    if (kind == 1)
+        return literalNumber.load(std::memory_order_relaxed);
+    if (kind == 2)
+        return NumberOfText(token);
+    double number = NumberOfText(token);
+    if (STime::IsDate(Parser::TrimQuotes(token))) {
+        literalKind.store(2, std::memory_order_release);
+    } else {
+        literalNumber.store(number, std::memory_order_relaxed);
+        literalKind.store(1, std::memory_order_release);
+    }
+    return number;
 }
 
 int AAStringValue::ResultType(Node* note, MatchList& matches) const {

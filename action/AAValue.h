@@ -198,9 +198,11 @@ protected:
     AttributeCache attributeCache;
     mutable std::once_flag dateOnce;
     mutable STime date;
-    mutable std::once_flag literalNumberOnce;
-    mutable double literalNumber = 0.0;
-    mutable bool literalIsDate = false;
+    // 0 while the word was not read yet, 1 once literalNumber holds its
+    // number, 2 when it reads as a date. Threads that read it at once each
+    // store the same answer.
+    mutable std::atomic<int> literalKind{0};
+    mutable std::atomic<double> literalNumber{0.0};
 };
 
 // Text written in quotes; it is always the literal. Remembers its quote.

@@ -120,7 +120,10 @@ bool Agent::Do(bool force) {
         Hypertext* hypertext = note->GetHypertext();
         StChanges batch(hypertext);
         auto closing = [hypertext] { return hypertext->IsClosing(); };
-        VisitNotesInOutlineOrder(hypertext->Root(), nullptr, closing, [&](Node* candidate) {
+        std::vector<const Attribute*> fetched = query.AttributesRead(note);
+        if (searchable)
+            fetched.push_back(searchable);
+        VisitNotesInOutlineOrder(hypertext->Root(), nullptr, fetched, closing, [&](Node* candidate) {
             if (Closing())
                 return;
             matches.CurrentAgent(note);

@@ -3,6 +3,7 @@
 #include "Action.h"
 #include "MatchList.h"
 #include "Node.h"
+#include "NoteQuery.h"
 
 bool AgentQuery::Prepare(Node* agent) {
     if (!agent)
@@ -35,4 +36,8 @@ bool AgentQuery::Evaluate(Node* note, MatchList& matches) const {
         return false;
     matches.CurrentThat(note);
     return AAValue::ComputeTruth(tree.get(), note, matches);
+}
+
+std::vector<const Attribute*> AgentQuery::AttributesRead(const Node* agent) const {
+    return AttributesReadBy(tree.get(), agent);
 }

@@ -13,6 +13,7 @@
 #include "AttributeInfo.h"
 #include "Hypertext.h"
 #include "Node.h"
+#include "NodeFacade.h"
 #include "NodeHelpers.h"
 #include "NoteQuery.h"
 #include "Props.h"
@@ -139,6 +140,49 @@ TEST_F(QueryCacheTest, OneQueryServesDocumentsWithDifferentTables) {
         EXPECT_EQ(Names(query.FindAll(&doc)), (List{"A"}));
         EXPECT_EQ(Names(query.FindAll(&second)), (List{"There"}));
     }
+}
+
+// The scan fetches notes ahead of its visits; what it visits must still be
+// the tree as each visit leaves it.
+TEST_F(QueryCacheTest, TheScanVisitsTheOutlineAsEachVisitLeavesIt) {
+    Node* c = MakeNote("C", a);
+    MakeNote("D", c);
+    Node* e = MakeNote("E", top, b);
+    MakeNote("F", e);
+    auto scan = [this](auto visitAlso) {
+        List visited;
+        Node* root = doc.Root();
+        VisitNotesInOutlineOrder(root->Son(), root->Sentinel(), {}, [] { return false; }, [&](Node* note) {
+            visited.push_back(note->Name());
+            visitAlso(note);
+        });
+        return visited;
+    };
+    List enumerated;
+    NodeFacade(doc.Root()).Enumerate([&](Node* note) { enumerated.push_back(note->Name()); });
+    EXPECT_EQ(scan([](Node*) {}), enumerated);
+
+    // A visit that deletes the notes just ahead, and one that adds a note
+    // straight after the one visited.
+    EXPECT_EQ(scan([&](Node* note) {
+                  if (note == c) {
+                      NodeDeleter(c->Son()).Delete();
+                      NodeDeleter(b).Delete();
+                      NodeDeleter(e).Delete();
+                  }
+              }),
+              (List{"Top", "A", "C"}));
+    EXPECT_EQ(scan([&](Node* note) {
+                  if (note == a)
+                      MakeNote("New", top, a);
+              }),
+              (List{"Top", "A", "C", "New"}));
+
+    List stopped;
+    int left = 2;
+    VisitNotesInOutlineOrder(doc.Root(), nullptr, {}, [&] { return left-- == 0; },
+                             [&](Node* note) { stopped.push_back(note->Name()); });
+    EXPECT_EQ(stopped.size(), 2u);
 }
 
 }  // namespace
