@@ -111,7 +111,35 @@ int AABinaryOperator::ResultType(Node* note, MatchList& matches) const {
 }
 
 ActionResult AABinaryOperator::ActionValue(Node* note, MatchList& matches) const {
-    switch (ArgumentType(note, matches)) {
+    return ResultFor(ArgumentType(note, matches), note, matches);
+}
+
+bool AABinaryOperator::OperatorTruth(Node* note, MatchList& matches) const {
+    int kind = ArgumentType(note, matches);
+    bool truth;
+    switch (kind) {
+    case Type::kNumber:
+    case Type::kUnsigned:
+        truth = Compute(note, matches) != 0.0;
+        break;
+    case Type::kString:
+    case Type::kFile:
+    case Type::kAction:
+    case Type::kURL:
+    case Type::kNone:
+        truth = ComputeTruthForString(note, matches);
+        break;
+    case Type::kBoolean:
+        truth = ComputeBoolean(note, matches);
+        break;
+    default:
+        return ResultFor(kind, note, matches).IsTrue();
+    }
+    return Negates() ? !truth : truth;
+}
+
+ActionResult AABinaryOperator::ResultFor(int kind, Node* note, MatchList& matches) const {
+    switch (kind) {
     case Type::kNumber:
     case Type::kUnsigned:
         return Modify(ActionResult(Compute(note, matches)));
@@ -154,6 +182,9 @@ long AABinaryOperator::GetNum(Node* note, MatchList& matches) const {
 double AABinaryOperator::Eval(const AAValue* operand, Node* note, MatchList& matches) const {
     if (!operand)
         return 0.0;
+    double number = 0.0;
+    if (AAValue::FastNumber(operand, note, matches, number))
+        return number;
     ActionResult value = AAValue::ComputeValue(operand, note, matches);
     // A plain number has no date text; anything else is read as text first.
     if (value.isNumber && !value.hasString && !value.dictionary)
@@ -164,8 +195,17 @@ double AABinaryOperator::Eval(const AAValue* operand, Node* note, MatchList& mat
     return value.AsDouble();
 }
 
+std::string_view AABinaryOperator::EvalText(const AAValue* operand, Node* note, MatchList& matches,
+                                            std::string& buffer) const {
+    std::string_view text;
+    if (AAValue::FastText(operand, note, matches, buffer, text))
+        return text;
+    buffer = AAValue::ComputeValue(operand, note, matches).AsString();
+    return buffer;
+}
+
 bool AABinaryOperator::EvalBoolean(const AAValue* operand, Node* note, MatchList& matches) const {
-    return AAValue::ComputeValue(operand, note, matches).IsTrue();
+    return AAValue::ComputeTruth(operand, note, matches);
 }
 
 std::string AABinaryOperator::ComputeColor(Node* note, MatchList& matches) const {
@@ -463,8 +503,9 @@ std::string AAEqual::ComputeSet(Node* note, MatchList& matches) const {
 }
 
 std::string AAEqual::ComputeList(Node* note, MatchList& matches) const {
-    return TruthText(AAValue::ComputeValue(left.get(), note, matches).AsString() ==
-                     AAValue::ComputeValue(right.get(), note, matches).AsString());
+    std::string l, r;
+    std::string_view leftText = EvalText(left.get(), note, matches, l);
+    return TruthText(leftText == EvalText(right.get(), note, matches, r));
 }
 
 std::string AAEqual::ComputeColor(Node* note, MatchList& matches) const {
@@ -484,8 +525,15 @@ std::string AAEqual::ComputeInterval(Node* note, MatchList& matches) const {
 }
 
 ActionResult AAEqual::ComputeActionResultForString(Node* note, MatchList& matches) const {
-    return TruthResult(AAValue::ComputeValue(left.get(), note, matches).AsString() ==
-                       AAValue::ComputeValue(right.get(), note, matches).AsString());
+    std::string l, r;
+    std::string_view leftText = EvalText(left.get(), note, matches, l);
+    return TruthResult(leftText == EvalText(right.get(), note, matches, r));
+}
+
+bool AAEqual::ComputeTruthForString(Node* note, MatchList& matches) const {
+    std::string l, r;
+    std::string_view leftText = EvalText(left.get(), note, matches, l);
+    return leftText == EvalText(right.get(), note, matches, r);
 }
 
 ActionResult AANotEqual::Modify(const ActionResult& result) const { return TruthResult(!result.IsTrue()); }
@@ -514,8 +562,15 @@ std::string AALess::ComputeInterval(Node* note, MatchList& matches) const {
 }
 
 ActionResult AALess::ComputeActionResultForString(Node* note, MatchList& matches) const {
-    return TruthResult(AAValue::ComputeValue(left.get(), note, matches).AsString() <
-                       AAValue::ComputeValue(right.get(), note, matches).AsString());
+    std::string l, r;
+    std::string_view leftText = EvalText(left.get(), note, matches, l);
+    return TruthResult(leftText < EvalText(right.get(), note, matches, r));
+}
+
+bool AALess::ComputeTruthForString(Node* note, MatchList& matches) const {
+    std::string l, r;
+    std::string_view leftText = EvalText(left.get(), note, matches, l);
+    return leftText < EvalText(right.get(), note, matches, r);
 }
 
 ActionResult AAGreaterEqual::Modify(const ActionResult& result) const { return TruthResult(!result.IsTrue()); }
@@ -544,8 +599,15 @@ std::string AAGreater::ComputeInterval(Node* note, MatchList& matches) const {
 }
 
 ActionResult AAGreater::ComputeActionResultForString(Node* note, MatchList& matches) const {
-    return TruthResult(AAValue::ComputeValue(left.get(), note, matches).AsString() >
-                       AAValue::ComputeValue(right.get(), note, matches).AsString());
+    std::string l, r;
+    std::string_view leftText = EvalText(left.get(), note, matches, l);
+    return TruthResult(leftText > EvalText(right.get(), note, matches, r));
+}
+
+bool AAGreater::ComputeTruthForString(Node* note, MatchList& matches) const {
+    std::string l, r;
+    std::string_view leftText = EvalText(left.get(), note, matches, l);
+    return leftText > EvalText(right.get(), note, matches, r);
 }
 
 ActionResult AALessEqual::Modify(const ActionResult& result) const { return TruthResult(!result.IsTrue()); }

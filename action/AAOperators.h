@@ -64,6 +64,7 @@ class AAOr : public AABinaryOperator {
 public:
     using AABinaryOperator::AABinaryOperator;
     const char* ClassName() const override { return "AAOr"; }
+    bool Truth(Node* note, MatchList& matches) const override { return OperatorTruth(note, matches); }
     int Priority() const override { return kPriorityOrAnd; }
     double Compute(Node* note, MatchList& matches) const override;
     bool ComputeBoolean(Node* note, MatchList& matches) const override;
@@ -78,6 +79,7 @@ class AAAnd : public AABinaryOperator {
 public:
     using AABinaryOperator::AABinaryOperator;
     const char* ClassName() const override { return "AAAnd"; }
+    bool Truth(Node* note, MatchList& matches) const override { return OperatorTruth(note, matches); }
     int Priority() const override { return kPriorityOrAnd; }
     double Compute(Node* note, MatchList& matches) const override;
     bool ComputeBoolean(Node* note, MatchList& matches) const override;
@@ -92,6 +94,7 @@ class AAEqual : public AABinaryOperator {
 public:
     using AABinaryOperator::AABinaryOperator;
     const char* ClassName() const override { return "AAEqual"; }
+    bool Truth(Node* note, MatchList& matches) const override { return OperatorTruth(note, matches); }
     int Priority() const override { return kPriorityComparison; }
     double Compute(Node* note, MatchList& matches) const override;
     bool ComputeBoolean(Node* note, MatchList& matches) const override;
@@ -101,6 +104,7 @@ public:
     std::string ComputeColor(Node* note, MatchList& matches) const override;
     std::string ComputeInterval(Node* note, MatchList& matches) const override;
     ActionResult ComputeActionResultForString(Node* note, MatchList& matches) const override;
+    bool ComputeTruthForString(Node* note, MatchList& matches) const override;
 
 protected:
     bool IsComparison() const override { return true; }
@@ -112,18 +116,21 @@ public:
     using AAEqual::AAEqual;
     const char* ClassName() const override { return "AANotEqual"; }
     ActionResult Modify(const ActionResult& result) const override;
+    bool Negates() const override { return true; }
 };
 
 class AALess : public AABinaryOperator {
 public:
     using AABinaryOperator::AABinaryOperator;
     const char* ClassName() const override { return "AALess"; }
+    bool Truth(Node* note, MatchList& matches) const override { return OperatorTruth(note, matches); }
     int Priority() const override { return kPriorityComparison; }
     double Compute(Node* note, MatchList& matches) const override;
     bool ComputeBoolean(Node* note, MatchList& matches) const override;
     double ComputeDate(Node* note, MatchList& matches) const override;
     std::string ComputeInterval(Node* note, MatchList& matches) const override;
     ActionResult ComputeActionResultForString(Node* note, MatchList& matches) const override;
+    bool ComputeTruthForString(Node* note, MatchList& matches) const override;
 
 protected:
     bool IsComparison() const override { return true; }
@@ -135,18 +142,21 @@ public:
     using AALess::AALess;
     const char* ClassName() const override { return "AAGreaterEqual"; }
     ActionResult Modify(const ActionResult& result) const override;
+    bool Negates() const override { return true; }
 };
 
 class AAGreater : public AABinaryOperator {
 public:
     using AABinaryOperator::AABinaryOperator;
     const char* ClassName() const override { return "AAGreater"; }
+    bool Truth(Node* note, MatchList& matches) const override { return OperatorTruth(note, matches); }
     int Priority() const override { return kPriorityComparison; }
     double Compute(Node* note, MatchList& matches) const override;
     bool ComputeBoolean(Node* note, MatchList& matches) const override;
     double ComputeDate(Node* note, MatchList& matches) const override;
     std::string ComputeInterval(Node* note, MatchList& matches) const override;
     ActionResult ComputeActionResultForString(Node* note, MatchList& matches) const override;
+    bool ComputeTruthForString(Node* note, MatchList& matches) const override;
 
 protected:
     bool IsComparison() const override { return true; }
@@ -158,6 +168,7 @@ public:
     using AAGreater::AAGreater;
     const char* ClassName() const override { return "AALessEqual"; }
     ActionResult Modify(const ActionResult& result) const override;
+    bool Negates() const override { return true; }
 };
 
 // Prefix `-`: a boolean operand is negated as a truth value, a number,

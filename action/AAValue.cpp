@@ -220,6 +220,57 @@ ActionResult AAValue::ComputeValue(const AAValue* value, Node* note, MatchList& 
 
 ActionResult AAValue::ActionValue(Node*, MatchList&) const { return ActionResult(std::string()); }
 
+bool AAValue::ComputeTruth(const AAValue* value, Node* note, MatchList& matches) {
+    if (!value)
+        return false;
+    StEvaluationLevel level;
+    if (level.TooDeep()) {
+        ReportTooDeep();
+        return false;
+    }
+    return value->Truth(note, matches);
+}
+
+bool AAValue::FastText(const AAValue* value, Node* note, MatchList& matches, std::string& buffer,
+                       std::string_view& text) {
+    if (!value)
+        return false;
+    StEvaluationLevel level;
+    return !level.TooDeep() && value->TextInPlace(note, matches, buffer, text);
+}
+
+bool AAValue::FastNumber(const AAValue* value, Node* note, MatchList& matches, double& number) {
+    if (!value)
+        return false;
+    StEvaluationLevel level;
+    return !level.TooDeep() && value->NumberInPlace(note, matches, number);
+}
+
+double AAValue::NumberOfText(const std::string& text) {
+    // As a text result reads: its trimmed text may be a date; otherwise
+    // "true" is 1, "#ff" hexadecimal and anything else a decimal number.
+    std::string trimmed = Parser::TrimQuotes(text);
+    if (STime::IsDate(trimmed))
+        return STime::For(trimmed).DaysSince(STime::Never());
+    if (text.empty())
+        return 0.0;
+    if (text == "true")
+        return 1.0;
+    if (text[0] == '#')
+        return ActionResult(text).AsDouble();
+    return Parser::ReadDouble(text);
+}
+
+bool AAValue::NumberInPlace(Node* note, MatchList& matches, double& number) const {
+    std::string buffer;
+    std::string_view text;
+    if (!TextInPlace(note, matches, buffer, text))
+        return false;
+    number = text.data() == buffer.data() ? NumberOfText(buffer) : NumberOfText(std::string(text));
+    return true;
+}
+
+
 double AAValue::GetDouble(Node* note, MatchList& matches) const { return ActionValue(note, matches).AsDouble(); }
 
 long AAValue::GetNum(Node* note, MatchList& matches) const { return ActionValue(note, matches).AsNumber(); }
@@ -392,6 +443,36 @@ ActionResult AAStringValue::ActionValue(Node* note, MatchList& matches) const {
     return ActionResult(token);
 }
 
+bool AAStringValue::TextInPlace(Node* note, MatchList& matches, std::string&, std::string_view& text) const {
+    if (matches.HasBinding(token) || (note && AttributeNamed(note)))
+        return false;
+    text = token;
+    return true;
+}
+
+bool AAStringValue::NumberInPlace(Node* note, MatchList& matches, double& number) const {
+    if (matches.HasBinding(token) || (note && AttributeNamed(note)))
+        return false;
+    number = LiteralNumber();
+    return true;
+}
+
+double AAStringValue::LiteralNumber() const {
+    int kind = literalKind.load(std::memory_order_acquire);
+    if (kind == 1)
+        return literalNumber.load(std::memory_order_relaxed);
+    if (kind == 2)
+        return NumberOfText(token);
+    double number = NumberOfText(token);
+    if (STime::IsDate(Parser::TrimQuotes(token))) {
+        literalKind.store(2, std::memory_order_release);
+    } else {
+        literalNumber.store(number, std::memory_order_relaxed);
+        literalKind.store(1, std::memory_order_release);
+    }
+    return number;
+}
+
 int AAStringValue::ResultType(Node* note, MatchList& matches) const {
     if (note) {
         if (const Attribute* attribute = AttributeNamed(note))
@@ -411,6 +492,16 @@ STime AAStringValue::GetDate(Node* note, MatchList& matches) const {
 ActionResult AAQuotedStringValue::ActionValue(Node*, MatchList&) const { return ActionResult(token); }
 
 int AAQuotedStringValue::ResultType(Node*, MatchList&) const { return AttributeType::kString; }
+
+bool AAQuotedStringValue::TextInPlace(Node*, MatchList&, std::string&, std::string_view& text) const {
+    text = token;
+    return true;
+}
+
+bool AAQuotedStringValue::NumberInPlace(Node*, MatchList&, double& number) const {
+    number = LiteralNumber();
+    return true;
+}
 
 STime AAQuotedStringValue::GetDate(Node*, MatchList&) const { return LiteralDate(); }
 
@@ -476,12 +567,61 @@ ActionResult AAAttributeValue::ValueFor(Node* target, Node*, MatchList&) const {
         SharedDictionary dictionary = target->GetDictionary(token);
         return ActionResult::ForDictionary(dictionary ? *dictionary : Dictionary());
     }
-    if (token == "Name")
+    if (isName)
         return ActionResult(NodeFacade(target->GetOriginal()).GetString(attribute));
     ActionResult result(NodeFacade(target).GetString(attribute));
-    if (token == "Text" && NodeText(target).HasRTF())
+    if (isText && NodeText(target).HasRTF())
         result.AttributedString(std::make_shared<StyledText>(NodeText(target).CreateAttributedString()));
     return result;
+}
+
+namespace {
+
+// The text Node::GetString answers, written into `out`: a value that reads
+// as its clone is read in place under the note's lock (a stored text copied
+// straight from where it lies), any other one as a clone outside it.
+void ReadText(const Node* note, const Attribute* attribute, std::string& out) {
+    ValuePtr clone;
+    {
+        StObjectLock guard(note->Lock());
+        if (note->IsBeingDeleted() || !note->GetHypertext()) {
+            out.clear();
+            return;
+        }
+        bool read = attribute
+                        ->ReadInPlace(note,
+                                      [&out](const Value* v) {
+                                          if (!v)
+                                              out.clear();
+                                          else if (const auto* text = dynamic_cast<const StringValue*>(v))
+                                              out.assign(text->Text());
+                                          else
+                                              out = v->AsString();
+                                          return true;
+                                      })
+                        .has_value();
+        if (read)
+            return;
+        clone.reset(attribute->ClonedValueFor(note));
+    }
+    out = clone ? clone->AsString() : std::string();
+}
+
+}  // namespace
+
+bool AAAttributeValue::TextInPlace(Node* note, MatchList&, std::string& buffer, std::string_view& text) const {
+    if (!designator.empty() || !note || isText)
+        return false;
+    const Attribute* attribute = attributeCache.Find(note, token);
+    if (!attribute) {
+        text = std::string_view();
+        return true;
+    }
+    if (attribute->IsDate() || attribute->IsDictionaryAttribute())
+        return false;
+    ReadText(isName ? note->GetOriginal() : note, attribute, buffer);
+    text = buffer;
+    return true;
 }
 
 int AAAttributeValue::ResultType(Node* note, MatchList&) const {

@@ -13,6 +13,7 @@
 // evaluator.
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <atomic>
@@ -113,12 +114,40 @@ public:
     static ActionResult ComputeValue(const AAValue* value, Node* note, MatchList& matches);
     static constexpr int kMaxEvaluationDepth = 1200;
 
+    // Reads for operators that need only an operand's text or number, made
+    // without building a result (queries compare one attribute with one
+    // literal on every note). FastText gives what ComputeValue(value)
+    // .AsString() would, viewed in place or written into `buffer`;
+    // FastNumber what AABinaryOperator::Eval would. Both are counted as one
+    // evaluation level, as ComputeValue is. False when the node has no such
+    // read, or the evaluation is too deep: nothing was evaluated, and the
+    // caller computes the value.
+    static bool FastText(const AAValue* value, Node* note, MatchList& matches, std::string& buffer,
+                         std::string_view& text);
+    static bool FastNumber(const AAValue* value, Node* note, MatchList& matches, double& number);
+    // The number Eval reads from a text result: days since the never date
+    // for a date text, else the text read as a number.
+    static double NumberOfText(const std::string& text);
+    // Whether the value for the note is true: ComputeValue(value).IsTrue(),
+    // counted the same way; operators answer without building the result.
+    static bool ComputeTruth(const AAValue* value, Node* note, MatchList& matches);
+
     static const char* const kTrue;
     static const char* const kFalse;
     static const ActionResult& kTrueResult();
     static const ActionResult& kFalseResult();
 
 protected:
+    // The reads behind FastText and FastNumber; only nodes whose value is a
+    // plain text result answer them. By default the number is that of the
+    // text.
+    virtual bool TextInPlace(Node* note, MatchList& matches, std::string& buffer, std::string_view& text) const {
+        return false;
+    }
+    virtual bool NumberInPlace(Node* note, MatchList& matches, double& number) const;
+    // The truth behind ComputeTruth; by default that of the computed value.
+    virtual bool Truth(Node* note, MatchList& matches) const { return ActionValue(note, matches).IsTrue(); }
+
     // Moves every owned child (operands and `next`) into `out`. Subclasses
     // that own children add theirs and call the inherited version.
     virtual void ReleaseChildren(std::vector<AAValuePtr>& out);
@@ -156,13 +185,24 @@ public:
     STime GetDate(Node* note, MatchList& matches) const override;
 
 protected:
+    // The word, when neither a variable nor an attribute has its name.
+    bool TextInPlace(Node* note, MatchList& matches, std::string& buffer, std::string_view& text) const override;
+    bool NumberInPlace(Node* note, MatchList& matches, double& number) const override;
     // The text read as a date, kept after the first reading.
     STime LiteralDate() const;
+    // NumberOfText of the word; kept unless the word reads as a date (whose
+    // number may change with the day, as "today" does).
+    double LiteralNumber() const;
     const Attribute* AttributeNamed(const Node* note) const { return attributeCache.Find(note, token); }
 
     AttributeCache attributeCache;
     mutable std::once_flag dateOnce;
     mutable STime date;
+    // 0 while the word was not read yet, 1 once literalNumber holds its
+    // number, 2 when it reads as a date. Threads that read it at once each
+    // store the same answer.
+    mutable std::atomic<int> literalKind{0};
+    mutable std::atomic<double> literalNumber{0.0};
 };
 
 // Text written in quotes; it is always the literal. Remembers its quote.
@@ -176,6 +216,10 @@ public:
     ActionResult ActionValue(Node* note, MatchList& matches) const override;
     int ResultType(Node* note, MatchList& matches) const override;
     STime GetDate(Node* note, MatchList& matches) const override;
+
+protected:
+    bool TextInPlace(Node* note, MatchList& matches, std::string& buffer, std::string_view& text) const override;
+    bool NumberInPlace(Node* note, MatchList& matches, double& number) const override;
 
 private:
     char quote;
@@ -239,7 +283,8 @@ private:
 class AAAttributeValue : public AAValue {
 public:
     AAAttributeValue(std::string name, std::string designatorText)
-        : AAValue(std::move(name)), designator(std::move(designatorText)) {}
+        : AAValue(std::move(name)), designator(std::move(designatorText)), isName(token == "Name"),
+          isText(token == "Text") {}
     const char* ClassName() const override { return "AAAttributeValue"; }
     const std::string& Name() const { return token; }
     const std::string& Designator() const { return designator; }
@@ -256,9 +301,16 @@ private:
     // The note the designator names, or `note` without one; null when the
     // designator names nothing.
     Node* Target(Node* note, MatchList& matches) const;
+    // The text of an attribute of the note itself, read under the note's
+    // lock; dates, dictionaries and the rich text take the full way.
+    bool TextInPlace(Node* note, MatchList& matches, std::string& buffer, std::string_view& text) const override;
 
     std::string designator;
     AttributeCache attributeCache;
+    // The name never changes: `$Name` reads the original's, `$Text` may be
+    // rich.
+    bool isName;
+    bool isText;
 };
 
 // `^...`: an export template run for the note.
@@ -394,11 +446,16 @@ public:
 
     // What the result becomes: itself, or its negation for `!=`, `<=`, `>=`.
     virtual ActionResult Modify(const ActionResult& result) const { return result; }
+    // Whether Modify negates the truth of the result (and keeps nothing else).
+    virtual bool Negates() const { return false; }
     // The kind of computation, from the types of both operands.
     virtual int ArgumentType(Node* note, MatchList& matches) const;
     // The number of an operand: days since the never date for a date text,
     // the number otherwise; 0 for no operand.
     double Eval(const AAValue* operand, Node* note, MatchList& matches) const;
+    // The text of an operand (ComputeValue(operand).AsString()), viewed in
+    // place when it can be, else kept in `buffer`.
+    std::string_view EvalText(const AAValue* operand, Node* note, MatchList& matches, std::string& buffer) const;
     bool EvalBoolean(const AAValue* operand, Node* note, MatchList& matches) const;
     virtual double Compute(Node* note, MatchList& matches) const { return 0.0; }
     virtual bool ComputeBoolean(Node* note, MatchList& matches) const { return false; }
@@ -409,6 +466,10 @@ public:
     virtual std::string ComputeInterval(Node* note, MatchList& matches) const;
     virtual ActionResult ComputeDictionary(Node* note, MatchList& matches) const;
     virtual ActionResult ComputeActionResultForString(Node* note, MatchList& matches) const;
+    // The truth of ComputeActionResultForString.
+    virtual bool ComputeTruthForString(Node* note, MatchList& matches) const {
+        return ComputeActionResultForString(note, matches).IsTrue();
+    }
     // When exactly one side carries rich text, gives the other side rich
     // text in the note's default text style.
     void ExpandAttributedStrings(Node* note, ActionResult& l, ActionResult& r) const;
@@ -416,6 +477,12 @@ public:
 protected:
     // Whether the class is a comparison, whose result type is boolean.
     virtual bool IsComparison() const { return false; }
+    // ActionValue's truth, for the operators that compute by ArgumentType
+    // alone: numbers, booleans and texts are told without a result made and
+    // copied.
+    bool OperatorTruth(Node* note, MatchList& matches) const;
+    // ActionValue for the kind ArgumentType answered.
+    ActionResult ResultFor(int kind, Node* note, MatchList& matches) const;
 
     void ReleaseChildren(std::vector<AAValuePtr>& out) override;
 

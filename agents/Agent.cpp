@@ -9,6 +9,7 @@
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
 #include "NodeIndex.h"
+#include "NoteQuery.h"
 #include "Value.h"
 
 Agent::Agent(Node* note)
@@ -116,8 +117,13 @@ bool Agent::Do(bool force) {
     if (Closing())
         return changed;
     {
-        StChanges batch(note->GetHypertext());
-        HypertextFacade(note->GetHypertext()).Apply([&](Node* candidate) {
+        Hypertext* hypertext = note->GetHypertext();
+        StChanges batch(hypertext);
+        auto closing = [hypertext] { return hypertext->IsClosing(); };
+        std::vector<const Attribute*> fetched = query.AttributesRead(note);
+        if (searchable)
+            fetched.push_back(searchable);
+        VisitNotesInOutlineOrder(hypertext->Root(), nullptr, fetched, closing, [&](Node* candidate) {
             if (Closing())
                 return;
             matches.CurrentAgent(note);

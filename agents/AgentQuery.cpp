@@ -3,6 +3,7 @@
 #include "Action.h"
 #include "MatchList.h"
 #include "Node.h"
+#include "NoteQuery.h"
 
 bool AgentQuery::Prepare(Node* agent) {
     if (!agent)
@@ -34,5 +35,9 @@ bool AgentQuery::Evaluate(Node* note, MatchList& matches) const {
     if (!tree || !note)
         return false;
     matches.CurrentThat(note);
-    return AAValue::ComputeValue(tree.get(), note, matches).IsTrue();
+    return AAValue::ComputeTruth(tree.get(), note, matches);
+}
+
+std::vector<const Attribute*> AgentQuery::AttributesRead(const Node* agent) const {
+    return AttributesReadBy(tree.get(), agent);
 }

@@ -2,9 +2,11 @@
 // An agent's query: the text of its AgentQuery, parsed once with the case
 // rule of its AgentCaseSensitive, and tested note by note.
 #include <string>
+#include <vector>
 
 #include "AAValue.h"
 
+class Attribute;
 class MatchList;
 class Node;
 
@@ -27,6 +29,9 @@ public:
     bool CaseSensitive() const { return caseSensitive; }
     void SetCaseSentitive(bool c) { caseSensitive = c; }
     bool IsValid() const { return tree != nullptr; }
+    // The attributes the query reads of each note, as `agent`'s document
+    // defines them.
+    std::vector<const Attribute*> AttributesRead(const Node* agent) const;
 
 private:
     void SetQuery(AAValuePtr parsed) { tree = std::move(parsed); }

@@ -1,10 +1,12 @@
 #include "RuleManager.h"
 
 #include "Action.h"
+#include "Attribute.h"
 #include "Node.h"
 #include "NodeActions.h"
 #include "NodeFacade.h"
 #include "NodeIndex.h"
+#include "Props.h"
 #include "Value.h"
 #include "WorkQueue.h"
 
@@ -68,8 +70,24 @@ Node* RuleManager::Next() {
     Node* from = LiveCursor();
     if (!from)
         from = document->Root();
+    // A walk may pass every note of a large document without meeting a
+    // rule (every tick of a document that has none): the two attributes are
+    // looked up once for the walk, not by name for every note.
+    const Props* props = document->AttributeStorage();
+    const Attribute* disabled = props ? props->Find("RuleDisabled") : nullptr;
+    const Attribute* rule = props ? props->Find("Rule") : nullptr;
     for (Node* n = from ? NodeFacade(from).Next() : nullptr; n; n = NodeFacade(n).Next()) {
-        if (n->Invalid() || n->IsAlias() || n->GetBoolean("RuleDisabled"))
+        if (n->Invalid() || n->IsAlias())
+            continue;
+        if (disabled && rule && n->GetHypertext() == document) {
+            if (n->GetBoolean(disabled))
+                continue;
+            SetCursor(n);
+            if (RuleOf(n, rule))
+                return n;
+            continue;
+        }
+        if (n->GetBoolean("RuleDisabled"))
             continue;
         SetCursor(n);
         if (GetRule(n))
@@ -82,8 +100,18 @@ Node* RuleManager::Next() {
 Action* RuleManager::GetRule(Node* note) {
     if (!note || note->GetBoolean("RuleDisabled"))
         return nullptr;
-    const Value* rule = note->Get(std::string("Rule"));
-    if (!rule || rule->AsString().empty())
+    return RuleOf(note, nullptr);
+}
+
+Action* RuleManager::RuleOf(Node* note, const Attribute* ruleAttribute) {
+    const Value* rule = nullptr;
+    if (!ruleAttribute)
+        rule = note->Get(std::string("Rule"));
+    else if (ruleAttribute->IsValid())
+        rule = note->Get(ruleAttribute);
+    if (!rule)
+        return nullptr;
+    if (const auto* text = dynamic_cast<const StringValue*>(rule); text ? text->Text().empty() : rule->AsString().empty())
         return nullptr;
     Action* action = rule->AsAgentAction(note->GetHypertext());
     return action && action->IsValid(note) ? action : nullptr;

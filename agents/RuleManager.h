@@ -9,6 +9,7 @@
 #include "Hypertext.h"
 
 class Action;
+class Attribute;
 class Node;
 class WorkQueue;
 
@@ -57,6 +58,9 @@ public:
     bool TakeRuleActivity() { return ranSince.exchange(false); }
 
 private:
+    // The compiled rule of a note whose rule is not disabled: the value of
+    // `ruleAttribute`, or of the attribute named "Rule" when null.
+    static Action* RuleOf(Node* note, const Attribute* ruleAttribute);
     void FinishScan();
     bool RunFor(Node* note);
     // The cursor, or null when its note has been deleted.

@@ -62,6 +62,27 @@ TEST_F(RuleTest, TicksRunTwentyFiveRulesAndTheCursorWrapsAround) {
     EXPECT_EQ(notes[58]->GetLong("Count"), 2);
 }
 
+TEST_F(RuleTest, InheritedRulesRunAndEmptyOrSwitchedOffOnesAreWalkedOver) {
+    Node* prototype = Make("prototype");
+    Node* heir = Make("heir", nullptr, prototype);
+    Node* empty = Make("empty", nullptr, heir);
+    Node* late = Make("late", nullptr, empty);
+    prototype->Set("Rule", "$Log = $Name");
+    heir->SetPrototype(prototype, false);
+    empty->Set("Rule", "");
+    EXPECT_EQ(rules->RunAll(), 2);
+    EXPECT_EQ(heir->GetString("Log"), "heir");
+    EXPECT_EQ(empty->GetString("Log"), "");
+    heir->SetBoolean("RuleDisabled", true);
+    heir->Set("Log", "");
+    EXPECT_EQ(rules->RunAll(), 1);
+    EXPECT_EQ(heir->GetString("Log"), "");
+    // A rule written between two walks is met by the next one.
+    late->Set("Rule", "$Log = \"ran\"");
+    EXPECT_EQ(rules->RunAll(), 2);
+    EXPECT_EQ(late->GetString("Log"), "ran");
+}
+
 TEST_F(RuleTest, DeletedCursorNotesAndRulesThatRewriteThemselves) {
     Node* a = Make("a");
     Node* b = Make("b", nullptr, a);
