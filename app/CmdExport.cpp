@@ -94,8 +94,10 @@ int RunExport(const ExportState& state) {
     std::string chosen = state.templateName;
     if (chosen.empty() && state.markdown)
         chosen = "markdown";
-    if (state.markdown)
+    if (state.markdown) {
         exporter.SetExtension(".md");
+        exporter.SetMarkdown(true);
+    }
     if (!chosen.empty()) {
         exporter.ChooseTemplate(chosen);
         if (!exporter.HasTemplate()) {

@@ -5,6 +5,7 @@
 
 #include "AAValue.h"
 #include "Action.h"
+#include "Attribute.h"
 #include "ActionResult.h"
 #include "ExportTemplate.h"
 #include "HTPath.h"
@@ -108,7 +109,7 @@ std::unique_ptr<ExportElement> ExportElement::FromString(const std::string& text
 // LiteralElement
 
 bool LiteralElement::Eval(Node* node, ExportTemplate* exportTemplate) {
-    if (node && node->GetAttribute(text))
+    if (const Attribute* attribute = node ? node->GetAttribute(text) : nullptr; attribute && attribute->IsValid())
         return node->GetBoolean(text);
     if (text.empty())
         return false;

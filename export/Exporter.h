@@ -86,6 +86,10 @@ public:
     // export); empty: the notes' own.
     void SetExtension(const std::string& ext) { extension = ext; }
     const std::string& ExtensionOverride() const { return extension; }
+    // Notes' text is written as Markdown rather than HTML (the Markdown
+    // export).
+    void SetMarkdown(bool on) { markdown = on; }
+    bool Markdown() const { return markdown; }
     // Called with (done, total) as pages are exported.
     void OnProgress(std::function<void(long, long)> callback) { progress = std::move(callback); }
 
@@ -113,6 +117,7 @@ protected:
     std::string rootPath;
     std::string chosenTemplate;
     std::string extension;
+    bool markdown = false;
     LinkIndex linkIndex;
     std::function<void(long, long)> progress;
 };

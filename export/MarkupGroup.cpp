@@ -59,7 +59,7 @@ double MarkupGroupNumeric::Compute(Node* node, ExportTemplate* exportTemplate) {
     if (group.empty())
         return node->GetDouble(attribute);
     const ::Attribute* definition = node->GetAttribute(attribute);
-    bool isDate = definition && definition->GetType() == AttributeType::kDate;
+    bool isDate = definition && definition->IsValid() && definition->GetType() == AttributeType::kDate;
     double sum = 0.0, least = 0.0, most = 0.0;
     bool first = true;
     for (Node* n : group) {

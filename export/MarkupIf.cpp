@@ -6,6 +6,7 @@
 
 #include <boost/regex.hpp>
 
+#include "Attribute.h"
 #include "DateTranslator.h"
 #include "ExportTemplate.h"
 #include "Node.h"
@@ -55,7 +56,7 @@ bool MarkupExists::Eval(Node* node, ExportTemplate* exportTemplate) {
     if (GetNodeNamed(node, what, exportTemplate, true))
         return true;
     std::string attribute = what[0] == '$' ? what.substr(1) : what;
-    if (node->GetAttribute(attribute))
+    if (const Attribute* known = node->GetAttribute(attribute); known && known->IsValid())
         return node->GetBoolean(attribute);
     return false;
 }

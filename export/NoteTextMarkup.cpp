@@ -1,6 +1,7 @@
 #include "NoteTextMarkup.h"
 
 #include "ExportTemplate.h"
+#include "Exporter.h"
 #include "HTMLEncoder.h"
 #include "HTMLMarkup.h"
 #include "Node.h"
@@ -18,7 +19,9 @@ std::string NoteTextMarkup::ToHTML(Node* node, ExportTemplate* exportTemplate, i
         node->SetBoolean("HTMLEntities", false);
     std::string html;
     {
-        HTMLMarkup markup(node, exportTemplate ? exportTemplate->ExportingNode() : node, exportTemplate, limit);
+        bool markdown = exportTemplate && exportTemplate->GetExporter() && exportTemplate->GetExporter()->Markdown();
+        HTMLMarkup markup(node, exportTemplate ? exportTemplate->ExportingNode() : node, exportTemplate, limit,
+                          markdown);
         html = markup.ToString();
     }
     if (entities) {

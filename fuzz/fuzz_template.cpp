@@ -38,7 +38,7 @@ Document MakeDocument(const std::string& text) {
     NodeText(page).SetText(text);
     Node* self = maker.MakeNode("Self", templates, page, 0, 0);
     self->SetBoolean("IsTemplate", true);
-    NodeText(self).SetText("^include(/Projects/parent,/Templates/Self)^^value(exportedString(\"/Templates/Page\"))^");
+    NodeText(self).SetText("^include(/Projects/parent,/Templates/Self)^^value(exportedString(this,\"/Templates/Page\"))^");
     Node* projects = maker.MakeNode("Projects", nullptr, templates, 0, 0);
     d.first = maker.MakeNode("parent", projects, nullptr, 0, 0);
     d.second = maker.MakeNode("Second", projects, d.first, 0, 0);

@@ -89,7 +89,11 @@ TEST_F(ExportCommands, SampleSiteIsWellFormedLinkedAndComplete) {
     });
     EXPECT_GT(expected, 5);
     EXPECT_EQ(static_cast<long>(pages.size()), expected);
-    EXPECT_EQ(run.out, std::to_string(expected) + " written, 0 unchanged\n");
+    long written = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(site))
+        written += entry.is_regular_file() ? 1 : 0;
+    EXPECT_GE(written, expected);
+    EXPECT_EQ(run.out, std::to_string(written) + " written, 0 unchanged\n");
 
     // A second export of the unchanged document touches no file.
     std::map<std::string, fs::file_time_type> times;
@@ -98,7 +102,7 @@ TEST_F(ExportCommands, SampleSiteIsWellFormedLinkedAndComplete) {
             times[entry.path().string()] = entry.last_write_time();
     auto again = R({"export", Sample(), site.string(), "--template", "html"});
     ASSERT_EQ(again.code, 0) << again.err;
-    EXPECT_EQ(again.out, "0 written, " + std::to_string(expected) + " unchanged\n");
+    EXPECT_EQ(again.out, "0 written, " + std::to_string(written) + " unchanged\n");
     for (const auto& [path, time] : times)
         EXPECT_EQ(fs::last_write_time(path), time) << path;
 }
