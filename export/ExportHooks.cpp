@@ -15,13 +15,21 @@ void InstallExportHooks() {
         hooks.exportedString = [](Node* note, const std::string& templateName) -> std::string {
             if (!note)
                 return std::string();
-            // Expansion in memory: file names are the notes' own.
+            // Inside a running expansion the template joins it (its
+            // exporter and include counts); otherwise it expands in memory,
+            // with the notes' own file names.
+            ExportTemplate* running = ExportTemplate::Running();
             DummyHTMLExporter exporter(note->GetHypertext());
-            std::unique_ptr<ExportTemplate> chosen = ExportTemplate::Named(templateName, note, &exporter, nullptr);
+            Exporter* use = running && running->GetExporter() ? running->GetExporter() : &exporter;
+            std::unique_ptr<ExportTemplate> chosen = ExportTemplate::Named(templateName, note, use, running);
             if (!chosen)
                 return std::string();
-            chosen->SetLinkIndex(exporter.GetLinkIndex());
-            return chosen->ExportString(note, note);
+            if (!running)
+                chosen->SetLinkIndex(exporter.GetLinkIndex());
+            if (chosen->AlreadyIncluded(note))
+                return std::string();
+            chosen->Including(note);
+            return chosen->ExportString(note, running ? running->ExportingNode() : note);
         };
     });
 }

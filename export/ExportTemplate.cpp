@@ -66,11 +66,29 @@ ExportTemplate* ExportTemplate::Outermost() {
     return at;
 }
 
+namespace {
+
+thread_local ExportTemplate* tRunning = nullptr;
+
+}  // namespace
+
+ExportTemplate* ExportTemplate::Running() { return tRunning; }
+
 int ExportTemplate::Export(std::ostream& stream, Node* node, Node* exporting, ExportView* view) {
     includes.clear();
     Node* saved = exportingNode;
     exportingNode = exporting;
-    int code = root ? root->Export(stream, node, this, view) : 0;
+    ExportTemplate* outer = tRunning;
+    tRunning = this;
+    int code = 0;
+    try {
+        code = root ? root->Export(stream, node, this, view) : 0;
+    } catch (...) {
+        tRunning = outer;
+        exportingNode = saved;
+        throw;
+    }
+    tRunning = outer;
     exportingNode = saved;
     return code;
 }

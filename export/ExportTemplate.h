@@ -116,6 +116,12 @@ public:
     // Entity encoding of text for HTML output.
     static std::string EncodeEntityText(const std::string& text, bool keepAmpersands, bool encodeAngles);
 
+    // The template whose expansion runs on this thread now, or null.
+    // Templates made from inside it (exportedString from action code) join
+    // its include counts, so that a template reaching itself through code
+    // ends as surely as one that includes itself.
+    static ExportTemplate* Running();
+
     ExportTemplate* Parent() const { return parent; }
     int Depth() const { return depth; }
     const std::string& AuxText() const { return auxText; }

@@ -17,6 +17,7 @@
 #include "Node.h"
 #include "NodeHelpers.h"
 #include "NodeLinks.h"
+#include "STime.h"
 
 namespace {
 
@@ -194,6 +195,29 @@ TEST_F(TemplateTest, LinksAndLists) {
     EXPECT_EQ(nesting.load(), MarkupExportElement::kMaxEvaluationNesting + 1);
     nesting = saved;
     EXPECT_EQ(Expand("^lowercase(^title^)^"), "a");
+}
+
+TEST_F(TemplateTest, DatesGroupsAndPlaces) {
+    a->SetTime("Created", STime::FromUnixEpoch(1700000000.0));  // 2023-11-14
+    EXPECT_EQ(Expand("^created(y)^|^created(/Top/A,d)^"), "2023|14");
+    EXPECT_EQ(Expand("^get(Created,y)^"), "2023");
+    EXPECT_EQ(Expand("^today(y)^"), STime::Now().AsExportString("y"));
+    EXPECT_EQ(Expand("^days(2023-11-14,1000000)^|^days(2023-11-14,1)^"), " true | false ");
+    a->SetDouble("Count", 2);
+    b->SetDouble("Count", 6);
+    b->SetBoolean("Flag", true);
+    EXPECT_EQ(Expand("^sum(children,Count)^|^min(children,Count,0)^|^max(children,Count,1)^|^mean(children,Count)^",
+                     top),
+              "8.00|2|6.0|4.00");
+    EXPECT_EQ(Expand("^every(children,Flag)^|^any(children,Flag)^|^every(children,Count,6)^", top),
+              " false | true | false ");
+    EXPECT_EQ(Expand("^if(^sum(children,Count)^)^some^endif^", top), "some");
+    // Places of a page: the way up to the export folder, the file name and
+    // the folder of a note.
+    Node* c = Make("C", a);
+    EXPECT_EQ(Expand("[^root^][^root(/Top/A/C)^]", c), "[../../][../../]");
+    EXPECT_EQ(Expand("^file^|^path^|^directory^", c), "/C.html|C.html|");
+    EXPECT_EQ(Expand("^setroot(http://x/)^^root^", c), "http://x/");
 }
 
 TEST_F(TemplateTest, ExportedStringFromActionCode) {
