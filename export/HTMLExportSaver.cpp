@@ -38,8 +38,6 @@ bool HTMLExportSaver::NothingToExport(const std::string& path, const std::string
 }
 
 bool HTMLExportSaver::Save(const std::string& path, const std::string& text, std::string& error) {
-    std::error_code code;
-    std::filesystem::remove(path, code);
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (out)
         out.write(text.data(), static_cast<std::streamsize>(text.size()));
@@ -60,6 +58,7 @@ HTMLExportSaver::Outcome HTMLExportSaver::Export(Node* node, const std::string& 
             return kUnchanged;
         if (NothingToExport(path, text))
             return kSkipped;
+        return Save(path, text, error) ? kWritten : kFailed;
     } else {
         // An outside program: only when the user allowed commands. A refused
         // command (reported once by CommandTrust) leaves the page as it was.

@@ -139,8 +139,11 @@ void HTMLExporter::ExportToFile(Node* node) {
         return;
     }
     std::string folder = fs::path(relative).parent_path().string();
-    if (!MakeDirectory(folder))
-        return;
+    if (folder != madeFolder) {
+        if (!MakeDirectory(folder))
+            return;
+        madeFolder = folder;
+    }
     std::string failure;
     switch (HTMLExportSaver::Export(node, path, text, failure)) {
     case HTMLExportSaver::kWritten: ++written; break;

@@ -40,4 +40,6 @@ private:
 
     std::unique_ptr<ExportFileManager> files;
     std::string error;
+    // The folder of the last page written, known to exist.
+    std::string madeFolder = "\n";
 };

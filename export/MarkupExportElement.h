@@ -105,6 +105,9 @@ protected:
 class MarkupList : public MarkupNodeRelative {
 public:
     MarkupList(std::string name, std::string arguments);
+    // The arguments of a list are its strings: the list is always the
+    // note's own.
+    Node* GetNode(Node* node, ExportTemplate* exportTemplate, bool strict) override { return node; }
 
 protected:
     std::string Part(size_t i, Node* node) const;
