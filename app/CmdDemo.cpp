@@ -58,7 +58,7 @@ int ExportSite(Hypertext* document, const std::string& folder) {
     Node* first = document->Root()->Son();
     while (first && !exporter.CanExport(first))
         first = first->Brother();
-    std::cout << "\nexported " << exporter.Written() + exporter.Unchanged() << " pages; open "
+    std::cout << "\nexported " << exporter.Written() + exporter.Unchanged() << " files; open "
               << folder + "/" + exporter.FileNameFor(first) << "\n";
     return 0;
 }

@@ -183,6 +183,10 @@ TEST_F(TemplateTest, LinksAndLists) {
     EXPECT_EQ(Expand("^childlinks(\"\",\"\",\";\",\"\")^", top),
               "<a href=\"A.html\">A</a>;<a href=\"B.html\">B</a>;");
     EXPECT_EQ(Expand("^siblings(\"\",\"<\",\">\",\"\")^"), "<A><<a href=\"B.html\">B</a>>");
+    // A list's first string is no note name, even when a note has that name.
+    Make("[");
+    EXPECT_EQ(Expand("^childlinks(\"[\",\"\",\"\",\"]\")^", top),
+              "[<a href=\"A.html\">A</a><a href=\"B.html\">B</a>]");
     EXPECT_EQ(Expand("^linkto(/Top/B,\"next\",\"nav\")^"), "<a href=\"B.html\" class=\"nav\">next</a>");
     EXPECT_EQ(Expand("^linkto(/Nowhere)^"), "");
     EXPECT_EQ(Expand("^url(/Top/A)^"), "#");
