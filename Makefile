@@ -32,7 +32,7 @@ build: configure
 	cmake --build $(BUILD) -j $(JOBS)
 
 demo: build
-	$(BUILD)/app/rylvane demo
+	$(BUILD)/app/rylvane demo --export=$(CURDIR)/$(BUILD)/demo-site
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)

@@ -5,6 +5,7 @@
 #include "AttributeType.h"
 #include "CommandTrust.h"
 #include "HTPath.h"
+#include "Hooks.h"
 #include "KindNode.h"
 #include "Log.h"
 #include "MatchList.h"
@@ -248,9 +249,19 @@ ActionResult AAMacro::ActionValue(Node* note, MatchList& matches) const {
 }
 
 ActionResult AAExport::ActionValue(Node* note, MatchList& matches) const {
-    for (const AAValue* argument = NthArgument(operand.get(), 1); argument; argument = argument->GetNextArgument())
-        ArgumentText(argument, note, matches);
-    return ActionResult(std::string());
+    // exportedString(designator, template): the export layer expands the
+    // note; an expansion that calls exportedString again counts as nested
+    // code, so a template exporting itself ends.
+    StNestedCode nesting;
+    if (nesting.TooDeep())
+        return ActionResult(std::string());
+    const AAValue* rest = nullptr;
+    Node* target = TargetAndRest(operand.get(), note, matches, rest);
+    std::string templateName = rest ? Parser::TrimQuotes(ArgumentText(rest, note, matches)) : std::string();
+    const auto& expand = GetHooks().exportedString;
+    if (!target || !expand)
+        return ActionResult(std::string());
+    return ActionResult(expand(target, templateName));
 }
 
 // ---------------------------------------------------------------------------

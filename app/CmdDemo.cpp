@@ -1,9 +1,13 @@
 // `rylvane demo`: opens the sample document that comes with the program and
 // prints its outline: each note with its prototype, its links, and a word on
-// its text.
+// its text. With --export DIR it also exports the document as a site of HTML
+// pages (the built-in "html" template) and prints the page to open first.
 #include <iostream>
 
+#include "ActionHooks.h"
 #include "Commands.h"
+#include "ExportHooks.h"
+#include "HTMLExporter.h"
 #include "Content.h"
 #include "DocumentFile.h"
 #include "Hypertext.h"
@@ -44,7 +48,22 @@ void PrintOutline(const Node* node, int depth) {
     }
 }
 
-int RunDemo() {
+int ExportSite(Hypertext* document, const std::string& folder) {
+    InstallActionHooks();
+    InstallExportHooks();
+    HTMLExporter exporter(document, folder);
+    exporter.ChooseTemplate("html");
+    if (!exporter.Export(true) || !exporter.Error().empty())
+        return CommandFailure(exporter.Error().empty() ? std::string("export failed") : exporter.Error());
+    Node* first = document->Root()->Son();
+    while (first && !exporter.CanExport(first))
+        first = first->Brother();
+    std::cout << "\nexported " << exporter.Written() + exporter.Unchanged() << " files; open "
+              << folder + "/" + exporter.FileNameFor(first) << "\n";
+    return 0;
+}
+
+int RunDemo(const std::string& exportFolder) {
     std::string path = std::string(RYLVANE_SAMPLES) + "/demo.ryl";
     std::string error;
     auto hypertext = OpenDocument(path, error);
@@ -52,14 +71,18 @@ int RunDemo() {
         return CommandFailure(error);
     std::cout << path << "\n";
     PrintOutline(hypertext->Root(), 0);
+    if (!exportFolder.empty())
+        return ExportSite(hypertext.get(), exportFolder);
     return 0;
 }
 
 CommandRegistration registration(
     "demo",
     [](CLI::App& app, CommandResult& result) {
+        auto folder = std::make_shared<std::string>();
         auto* cmd = app.add_subcommand("demo", "Open the sample document and print its outline");
-        cmd->callback([&result] { result.code = RunDemo(); });
+        cmd->add_option("--export", *folder, "Also export the sample document as HTML pages to this folder");
+        cmd->callback([&result, folder] { result.code = RunDemo(*folder); });
     },
     10);
 

@@ -10,7 +10,8 @@
 //   core           InstallCoreHooks()    (core/CoreHooks.h), from the first
 //                                        Hypertext's constructor
 //   action         InstallActionHooks()  when the action language starts
-//   export         its install function  when export starts
+//   export         InstallExportHooks()  (export/ExportHooks.h), by the
+//                                        commands that export or evaluate
 //   agents, app    their install function at start-up
 //
 // An empty hook means the layer that installs it is not there (a test of the
@@ -107,6 +108,9 @@ struct Hooks {
     std::function<std::string(const Node* note)> exportFileName;
     // The note's URL. Empty: "".
     std::function<std::string(const Node* note)> noteURL;
+    // exportedString(note, template): the note expanded with the named
+    // template (a template note or a built-in template), in memory. Empty: "".
+    std::function<std::string(Node* note, const std::string& templateName)> exportedString;
 
     // --------------------------------------------------------- application
     // Installed by the application (and its main loop) at start-up.

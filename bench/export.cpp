@@ -1,0 +1,119 @@
+// Export of the read benchmark's kind of document: templating alone (a
+// typical page template over 10,000 notes, in memory), and the whole export
+// to a folder of files, first into an empty folder and then again over the
+// unchanged document, which must write no file.
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <memory>
+#include <unistd.h>
+
+#include "ActionHooks.h"
+#include "BenchDocument.h"
+#include "ExportHooks.h"
+#include "ExportTemplate.h"
+#include "Exporter.h"
+#include "HTMLExporter.h"
+#include "NodeFacade.h"
+
+namespace {
+
+constexpr int kPages = 10000;
+
+// Title, text, child list, links and two values: what a page of a site holds.
+const char* const kPageTemplate =
+    "<!DOCTYPE html><html><head><title>^title^</title></head><body>\n"
+    "<h1>^title^</h1>\n<p>^value($Status)^ / ^value($Priority*2)^</p>\n^text^\n"
+    "^childlinks(\"<ul>\",\"<li>\",\"</li>\",\"</ul>\")^\n"
+    "^outboundlinks(\"<ul>\",\"<li>\",\"</li>\",\"</ul>\")^\n</body></html>\n";
+
+struct Fixture {
+    std::unique_ptr<Hypertext> doc;
+    NodeVector notes;
+};
+
+// The first 10,000 notes of the benchmark document (100 containers of 99).
+Fixture& Shared() {
+    static Fixture* fixture = [] {
+        InstallActionHooks();
+        InstallExportHooks();
+        auto* f = new Fixture;
+        f->doc = bench_document::MakeDocument();
+        NodeVector all;
+        HypertextFacade(f->doc.get()).Apply([&](Node* note) {
+            if (note != f->doc->Root())
+                all.push_back(note);
+        });
+        // Only the first 100 containers make pages in the export runs.
+        for (size_t i = 0; i < all.size(); ++i) {
+            if (i < static_cast<size_t>(kPages))
+                f->notes.push_back(all[i]);
+            else if (all[i]->Father() == f->doc->Root())
+                all[i]->SetBoolean("HTMLDontExport", true), all[i]->SetBoolean("HTMLExportChildren", false);
+        }
+        return f;
+    }();
+    return *fixture;
+}
+
+void BM_ExpandPageTemplate(benchmark::State& state) {
+    Fixture& f = Shared();
+    DummyHTMLExporter exporter(f.doc.get());
+    ExportTemplate page(kPageTemplate, &exporter, nullptr);
+    size_t bytes = 0;
+    for (auto _ : state) {
+        for (Node* note : f.notes)
+            bytes += page.ExportString(note, note).size();
+    }
+    state.counters["pages"] = static_cast<double>(f.notes.size());
+    benchmark::DoNotOptimize(bytes);
+}
+BENCHMARK(BM_ExpandPageTemplate)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+std::string Folder() {
+    return (std::filesystem::temp_directory_path() / ("rylvane-bench-export-" + std::to_string(::getpid()))).string();
+}
+
+// Exports with the page template; answers the files written.
+long ExportOnce(Fixture& f, const std::string& folder) {
+    HTMLExporter exporter(f.doc.get(), folder);
+    exporter.SetTemplateText(kPageTemplate);
+    exporter.Export(true);
+    return exporter.Written();
+}
+
+void BM_ExportToFolder(benchmark::State& state) {
+    Fixture& f = Shared();
+    std::string folder = Folder();
+    long written = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::filesystem::remove_all(folder);
+        state.ResumeTiming();
+        written = ExportOnce(f, folder);
+    }
+    state.counters["files_written"] = static_cast<double>(written);
+    std::filesystem::remove_all(folder);
+    if (written < kPages)
+        state.SkipWithError("fewer pages written than notes exported");
+}
+BENCHMARK(BM_ExportToFolder)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+void BM_ExportUnchanged(benchmark::State& state) {
+    Fixture& f = Shared();
+    std::string folder = Folder();
+    std::filesystem::remove_all(folder);
+    ExportOnce(f, folder);
+    long written = 0;
+    for (auto _ : state)
+        written += ExportOnce(f, folder);
+    state.counters["files_written"] = static_cast<double>(written);
+    std::filesystem::remove_all(folder);
+    if (written != 0)
+        state.SkipWithError("an export of the unchanged document wrote files");
+}
+BENCHMARK(BM_ExportUnchanged)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+}  // namespace
+
+BENCHMARK_MAIN();

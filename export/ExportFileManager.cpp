@@ -1,0 +1,197 @@
+#include "ExportFileManager.h"
+
+#include <vector>
+
+#include "Hypertext.h"
+#include "Node.h"
+#include "NodeExport.h"
+#include "NodeFacade.h"
+
+namespace {
+
+// Bounds the search for a free variation of a name.
+constexpr int kMaxVariations = 100000;
+
+}  // namespace
+
+ExportFileManager::ExportFileManager(Hypertext* hypertext, std::string extensionOverride)
+    : hypertext(hypertext), extensionOverride(std::move(extensionOverride)) {}
+
+std::string ExportFileManager::UnixPath(const std::string& path) {
+    if (!path.empty() && path[0] == kDelimiter)
+        return path.substr(1);
+    return path;
+}
+
+std::string ExportFileManager::StripExtension(const std::string& prefix) {
+    size_t dot = prefix.rfind('.');
+    std::string directory;
+    if (dot == 0)
+        return prefix;
+    if (dot == std::string::npos)
+        directory = prefix;
+    else
+        directory = prefix.substr(0, dot);
+    if (directory.empty() || directory.back() != kDelimiter)
+        directory += kDelimiter;
+    return directory;
+}
+
+std::string ExportFileManager::GetHTMLExtension(Node* node) {
+    if (!extensionOverride.empty())
+        return extensionOverride;
+    return NodeExport(node).GetHTMLExtension();
+}
+
+std::string ExportFileManager::MakeFileNameFor(Node* node) {
+    return NodeExport(node).ExportFileName() + GetHTMLExtension(node);
+}
+
+long ExportFileManager::LimitFor(Node* node) const { return NodeExport(node).MaxLength(); }
+
+std::string ExportFileManager::Variation(Node* node, int n) {
+    std::string suffix = "_" + std::to_string(n);
+    std::string name = MakeFileNameFor(node);
+    size_t dot = name.rfind('.');
+    std::string stem = dot == std::string::npos ? name : name.substr(0, dot);
+    std::string extension = dot == std::string::npos ? std::string() : name.substr(dot);
+    size_t limit = static_cast<size_t>(LimitFor(node));
+    if (stem.size() + suffix.size() > limit)
+        stem.resize(limit > suffix.size() ? limit - suffix.size() : 0);
+    return stem + suffix + extension;
+}
+
+std::string ExportFileManager::UniqueFileNameFor(Node* node, const std::string& directory) {
+    std::string name = MakeFileNameFor(node);
+    for (int n = 1; n <= kMaxVariations; ++n) {
+        if (!names.count(directory + name))
+            return name;
+        if (node && node->GetPreferences() && extensionOverride.empty()) {
+            Node* root = node->Root();
+            if (root && root->GetString("HTMLExportExtension") != node->GetString("HTMLExportExtension"))
+                return name;
+        }
+        name = Variation(node, n);
+    }
+    return name;
+}
+
+void ExportFileManager::AddName(Node* node, const std::string& prefix) {
+    // An explicit stack: a deep outline must not deepen the call stack.
+    std::vector<std::pair<Node*, std::string>> pending{{node, prefix}};
+    while (!pending.empty()) {
+        auto [note, from] = pending.back();
+        pending.pop_back();
+        NodeExport facade(note);
+        if (!facade.IsExportable())
+            continue;
+        std::string directory = StripExtension(from);
+        std::string name = UniqueFileNameFor(note, directory);
+        if (facade.CanBeExported() || facade.CanExportChildren()) {
+            names.insert(directory + name);
+            nodeNames[note] = directory + name;
+        }
+        std::vector<Node*> children;
+        for (Node* child = note->Son(); child; child = child->Brother())
+            children.push_back(child);
+        // Pushed youngest first, so that elder siblings take names first.
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
+            pending.emplace_back(*it, directory + name + "/");
+    }
+}
+
+void ExportFileManager::Initialize() {
+    initialized = true;
+    Node* root = HypertextFacade(hypertext).Root();
+    if (!root)
+        return;
+    for (Node* child = root->Son(); child; child = child->Brother())
+        AddName(child, "");
+}
+
+std::string ExportFileManager::LocalFileName(Node* node) {
+    if (!node)
+        return std::string();
+    if (!initialized)
+        Initialize();
+    if (auto found = nodeNames.find(node); found != nodeNames.end())
+        return found->second;
+    if (node->IsRoot())
+        return "/";
+    std::string path;
+    for (Node* at = node; at && !at->IsRoot(); at = at->Father())
+        path = "/" + NodeExport(at).ExportFileName() + path;
+    return path + GetHTMLExtension(node);
+}
+
+std::string ExportFileManager::LocalFolderName(Node* node) { return StripExtension(LocalFileName(node)); }
+
+std::string ExportFileManager::LocalFolderPath(Node* node) { return UnixPath(LocalFolderName(node)); }
+
+std::string ExportFileManager::FileNameFor(Node* node) {
+    return node ? UnixPath(LocalFileName(node)) : std::string();
+}
+
+std::string ExportFileManager::ShortNameFor(Node* node) {
+    std::string name = FileNameFor(node);
+    if (size_t slash = name.rfind('/'); slash != std::string::npos)
+        name = name.substr(slash + 1);
+    if (size_t dot = name.find('.'); dot != std::string::npos)
+        name.resize(dot);
+    return name;
+}
+
+std::string ExportFileManager::RelativeURL(Node* target, Node* source, const std::string& extension) {
+    if (!target)
+        return std::string();
+    if (target == source)
+        return "#";
+    std::string up;
+    Node* stop = source;
+    while (stop && !stop->IsRoot()) {
+        Node* father = stop->Father();
+        if (father && target->IsDescendedFrom(father) && father != target)
+            break;
+        up += "../";
+        stop = father;
+    }
+    std::string path = ShortNameFor(target);
+    Node* stopFather = stop ? stop->Father() : nullptr;
+    for (Node* at = target; at && at != stop && !at->IsRoot();) {
+        at = at->Father();
+        if (!at || at == stopFather || at->IsRoot())
+            break;
+        path = ShortNameFor(at) + "/" + path;
+    }
+    return up + path + extension;
+}
+
+std::string ExportFileManager::AuxFileName(Node* node) {
+    std::string file = FileNameFor(node);
+    size_t slash = file.rfind('/');
+    std::string directory = slash == std::string::npos ? std::string() : file.substr(0, slash + 1);
+    std::string rest = slash == std::string::npos ? file : file.substr(slash + 1);
+    if (size_t dot = rest.rfind('.'); dot != std::string::npos)
+        rest.resize(dot);
+    std::string name = rest;
+    for (int n = 1; names.count(directory + name) && n <= kMaxVariations; ++n)
+        name = rest + "_" + std::to_string(n);
+    names.insert(directory + name);
+    return directory + name;
+}
+
+std::string ExportFileManager::ImageFileName(Node* node, int index) {
+    std::string name = ShortNameFor(node);
+    if (size_t dot = name.rfind('.'); dot != std::string::npos)
+        name.resize(dot);
+    if (index > 0)
+        name += std::to_string(index);
+    return name + ".png";
+}
+
+std::string ExportFileManager::ImageLocalFileName(Node* node, int index) {
+    std::string local = LocalFileName(node);
+    size_t slash = local.rfind('/');
+    std::string folder = slash == std::string::npos ? std::string() : local.substr(0, slash + 1);
+    return folder + ImageFileName(node, index);
+}
