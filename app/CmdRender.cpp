@@ -42,7 +42,12 @@ int RunRender(const RenderState& state) {
             return CommandFailure("no template named " + state.templateName + "; built-in templates: " + list);
         }
     }
-    std::cout << exporter.ExportOne(note);
+    // The expansion as it is, ended with a newline when it has none, so that
+    // the shell's prompt does not run on after it.
+    std::string page = exporter.ExportOne(note);
+    if (!page.empty() && page.back() != '\n')
+        page += '\n';
+    std::cout << page;
     return 0;
 }
 

@@ -134,7 +134,7 @@ TEST_F(ExportCommands, NamesFromNotesStayInsideTheFolder) {
 TEST_F(ExportCommands, RenderAndSingleFileDrivers) {
     auto render = R({"render", Sample(), "/Projects", "--text", "[^title^|^value($Name)^^^]"});
     ASSERT_EQ(render.code, 0) << render.err;
-    EXPECT_EQ(render.out, "[Projects|Projects^]");
+    EXPECT_EQ(render.out, "[Projects|Projects^]\n");
 
     fs::path outline = dir / "outline.txt";
     auto run = R({"export", Sample(), outline.string(), "--outline"});
