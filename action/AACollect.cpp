@@ -69,16 +69,7 @@ ActionResult AACollect::ActionValue(Node* note, MatchList& matches) const {
         matches.matches.clear();
         if (!Included(member, matches, searchable))
             continue;
-        if (!expression) {
-            result.push_back(member->GetString("Name"));
-            continue;
-        }
-        int type = expression->ResultType(member, matches);
-        std::string value = ComputeValue(expression, member, matches).AsString();
-        if (type == Type::kList || type == Type::kSet || type == Type::kDictionary)
-            result.Add(value, ';');
-        else if (!value.empty())
-            result.push_back(QuoteIfNeeded(value));
+        AACollect::AddCollected(result, expression, member, matches);
     }
     return ActionResult(result.ToString(";"));
 }
@@ -205,3 +196,16 @@ ActionResult AAValues::ActionValue(Node* note, MatchList& matches) const {
 }
 
 int AAValues::ResultType(Node*, MatchList&) const { return Type::kList; }
+
+void AACollect::AddCollected(ArgList& result, const AAValue* expression, Node* member, MatchList& matches) {
+    if (!expression) {
+        result.push_back(member->GetString("Name"));
+        return;
+    }
+    int type = expression->ResultType(member, matches);
+    std::string value = ComputeValue(expression, member, matches).AsString();
+    if (type == Type::kList || type == Type::kSet || type == Type::kDictionary)
+        result.Add(value, ';');
+    else if (!value.empty())
+        result.push_back(QuoteIfNeeded(value));
+}

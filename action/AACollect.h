@@ -27,6 +27,10 @@ public:
     virtual bool HasCondition() const { return false; }
     const AAValue* Condition() const;
     const AAValue* Expression() const;
+    // Adds what `expression` computes on `member` to a collected list: a
+    // list's items one by one, any other value unless empty; the member's
+    // name when there is no expression.
+    static void AddCollected(ArgList& result, const AAValue* expression, Node* member, MatchList& matches);
 };
 
 // `collect_if(group, condition, expr)`; "find" is written as one.

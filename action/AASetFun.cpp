@@ -284,16 +284,7 @@ ActionResult AADotCollect::ActionValue(Node* note, MatchList& matches) const {
             continue;
         if (Conditional() && (member->IsAdornment() || !ComputeValue(condition, member, matches).IsTrue()))
             continue;
-        if (!expression) {
-            result.push_back(member->GetString("Name"));
-            continue;
-        }
-        int type = expression->ResultType(member, matches);
-        std::string value = ComputeValue(expression, member, matches).AsString();
-        if (type == Type::kList || type == Type::kSet || type == Type::kDictionary)
-            result.Add(value, ';');
-        else if (!value.empty())
-            result.push_back(QuoteIfNeeded(value));
+        AACollect::AddCollected(result, expression, member, matches);
     }
     return ActionResult(result.ToString(";"));
 }

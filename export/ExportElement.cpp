@@ -82,6 +82,13 @@ std::string ExportElement::Trim(const std::string& text) {
     return text.substr(start, end - start);
 }
 
+std::string ExportElement::AttributeName(const std::string& text) {
+    std::string name = Trim(text);
+    if (!name.empty() && name[0] == '$')
+        name.erase(0, 1);
+    return name;
+}
+
 namespace {
 
 // Template text parsed while parsing other template text (the arguments of

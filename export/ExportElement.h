@@ -68,6 +68,8 @@ public:
     virtual MatchList& GetMatchList(ExportTemplate* exportTemplate);
     // Without leading and trailing white space and newlines.
     static std::string Trim(const std::string& text);
+    // An attribute name given as an argument: trimmed, without a leading "$".
+    static std::string AttributeName(const std::string& text);
 
     // Parses template text into a new tree (owned by the caller).
     static std::unique_ptr<ExportElement> FromString(const std::string& text);

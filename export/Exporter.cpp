@@ -1,5 +1,7 @@
 #include "Exporter.h"
 
+#include "HTMLExportSaver.h"
+
 #include <vector>
 
 #include "HTExportPath.h"
@@ -204,9 +206,11 @@ void Exporter::ExportChildrenOf(Node* node) {
     std::vector<Node*> pending;
     for (Node* child = node->YoungestSon(); child; child = child->ElderBrother())
         pending.push_back(child);
-    while (!pending.empty() && !stopped) {
+    while (!pending.empty() && !HasBeenStopped()) {
         Node* at = pending.back();
         pending.pop_back();
+        if (!PrepareDirectoryFor(at))
+            return;
         IsExporting(at);
         if (CanExport(at)) {
             ++fileCount;
@@ -217,4 +221,15 @@ void Exporter::ExportChildrenOf(Node* node) {
             for (Node* child = at->YoungestSon(); child; child = child->ElderBrother())
                 pending.push_back(child);
     }
+}
+
+bool Exporter::SaveIfChanged(const std::string& path, const std::string& text, std::string& failure) {
+    if (HTMLExportSaver::FileContentsUnchanged(path, text)) {
+        ++unchanged;
+        return true;
+    }
+    if (!HTMLExportSaver::Save(path, text, failure))
+        return false;
+    ++written;
+    return true;
 }

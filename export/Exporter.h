@@ -63,6 +63,9 @@ public:
     // Drivers without a folder write nothing.
     virtual bool WriteFile(const std::string& relative, const std::string& text) { return false; }
     virtual void ExportChildrenOf(Node* node);
+    // Makes what a note's page needs before it is written (its folder);
+    // false stops the export.
+    virtual bool PrepareDirectoryFor(Node* node) { return true; }
     virtual void Cleanup() {}
     virtual long CountExportedNotes() const;
     virtual void UpdateProgress(const std::string& name);
@@ -98,6 +101,9 @@ public:
     long Unchanged() const { return unchanged; }
 
 protected:
+    // Writes `text` to `path` unless the file holds it already, counting the
+    // file as written or unchanged.
+    bool SaveIfChanged(const std::string& path, const std::string& text, std::string& error);
     // Finds the text of a template by name: a template note of the document
     // first, then a built-in template. False when there is none.
     bool FindTemplate(const std::string& name, Node* from, std::string& text, std::string& foundName) const;

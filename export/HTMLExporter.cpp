@@ -110,19 +110,14 @@ bool HTMLExporter::WriteFile(const std::string& relative, const std::string& tex
         errorCode = 1;
         return false;
     }
-    if (HTMLExportSaver::FileContentsUnchanged(path, text)) {
-        ++unchanged;
-        return true;
-    }
-    std::string failure;
     if (!MakeDirectory(std::filesystem::path(relative).parent_path().string()))
         return false;
-    if (!HTMLExportSaver::Save(path, text, failure)) {
+    std::string failure;
+    if (!SaveIfChanged(path, text, failure)) {
         error = failure;
         errorCode = 1;
         return false;
     }
-    ++written;
     return true;
 }
 
@@ -154,27 +149,5 @@ void HTMLExporter::ExportToFile(Node* node) {
             error = failure;
         errorCode = 1;
         break;
-    }
-}
-
-void HTMLExporter::ExportChildrenOf(Node* node) {
-    // Depth first without recursion: documents may nest thousands deep.
-    std::vector<Node*> pending;
-    for (Node* child = node->YoungestSon(); child; child = child->ElderBrother())
-        pending.push_back(child);
-    while (!pending.empty() && !HasBeenStopped()) {
-        Node* at = pending.back();
-        pending.pop_back();
-        if (!PrepareDirectoryFor(at))
-            return;
-        IsExporting(at);
-        if (CanExport(at)) {
-            ++fileCount;
-            UpdateProgress(at->Name());
-            ExportToFile(at);
-        }
-        if (at->Son() && CanExportChildren(at))
-            for (Node* child = at->YoungestSon(); child; child = child->ElderBrother())
-                pending.push_back(child);
     }
 }

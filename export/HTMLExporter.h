@@ -22,13 +22,12 @@ public:
     std::string ImageFileName(Node* node, int index) override;
     std::string ImageLocalFileName(Node* node, int index) override;
     void ExportToFile(Node* node) override;
-    void ExportChildrenOf(Node* node) override;
     bool WriteFile(const std::string& relative, const std::string& text) override;
 
     ExportFileManager& GetFileManager();
     // The note whose page is at this local path, or null.
     Node* NodeForPath(const std::string& path);
-    bool PrepareDirectoryFor(Node* node);
+    bool PrepareDirectoryFor(Node* node) override;
     // The first failure, as one line; empty when none.
     const std::string& Error() const { return error; }
 

@@ -8,17 +8,6 @@
 #include "AttributeType.h"
 #include "Node.h"
 
-namespace {
-
-std::string AttributeName(const std::string& text) {
-    std::string name = ExportElement::Trim(text);
-    if (!name.empty() && name[0] == '$')
-        name.erase(0, 1);
-    return name;
-}
-
-}  // namespace
-
 MarkupEvery::MarkupEvery(std::string name, std::string arguments, bool every)
     : MarkupGroup(std::move(name), std::move(arguments)), every(every) {}
 

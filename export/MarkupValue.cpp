@@ -1,5 +1,6 @@
 #include "MarkupValue.h"
 
+#include "AAType.h"
 #include "Action.h"
 #include "ExportTemplate.h"
 #include "Hypertext.h"
@@ -8,20 +9,6 @@
 #include "NodeExport.h"
 #include "NodeFacade.h"
 #include "STime.h"
-
-namespace {
-
-// The program's version, as "version" writes it.
-constexpr const char* kProgramVersion = "0.1.0";
-
-std::string AttributeName(const std::string& text) {
-    std::string name = ExportElement::Trim(text);
-    if (!name.empty() && name[0] == '$')
-        name.erase(0, 1);
-    return name;
-}
-
-}  // namespace
 
 // ---------------------------------------------------------------------------
 
@@ -155,7 +142,7 @@ bool MarkupGetAttribute::Eval(Node* node, ExportTemplate* exportTemplate) {
 }
 
 std::string MarkupVersion::ExportValue(Node*, ExportTemplate*) {
-    std::string version = kProgramVersion;
+    std::string version = AAVersion::ProgramVersion();
     std::string part = TrimQuotes(arguments);
     size_t dot = version.find('.');
     if (part == "major")

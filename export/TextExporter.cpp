@@ -34,25 +34,9 @@ std::string TextExporter::ExportedString() {
 }
 
 bool TextExporter::ExportToPath(const std::string& path, std::string& error) {
-    std::string text = ExportedString();
-    if (HTMLExportSaver::FileContentsUnchanged(path, text)) {
-        ++unchanged;
-        return true;
-    }
-    if (!HTMLExportSaver::Save(path, text, error))
-        return false;
-    ++written;
-    return true;
+    return SaveIfChanged(path, ExportedString(), error);
 }
 
 bool SingleNoteExporter::ExportToPath(const std::string& path, std::string& error) {
-    std::string text = ExportOne(note);
-    if (HTMLExportSaver::FileContentsUnchanged(path, text)) {
-        ++unchanged;
-        return true;
-    }
-    if (!HTMLExportSaver::Save(path, text, error))
-        return false;
-    ++written;
-    return true;
+    return SaveIfChanged(path, ExportOne(note), error);
 }
