@@ -52,7 +52,7 @@ bool AACollect::Included(Node* note, MatchList& matches, const Attribute* search
         const AAValue* condition = Condition();
         if (note->IsAdornment() || !condition || !canSearch)
             return false;
-        return ComputeValue(condition, note, matches).IsTrue();
+        return ComputeTruth(condition, note, matches);
     }
     return canSearch;
 }
@@ -164,7 +164,7 @@ ActionResult AAEvery::ActionValue(Node* note, MatchList& matches) const {
     NodeVector group = Choose(note, matches, found);
     for (Node* member : group) {
         matches.matches.clear();
-        if (ComputeValue(expression, member, matches).IsTrue() == Decisive())
+        if (ComputeTruth(expression, member, matches) == Decisive())
             return Decisive() ? kTrueResult() : kFalseResult();
     }
     return Decisive() ? kFalseResult() : kTrueResult();

@@ -263,7 +263,7 @@ ActionResult AADotEvery::ActionValue(Node* note, MatchList& matches) const {
         return kFalseResult();
     for (Node* member : Notes(note, matches)) {
         matches.matches.clear();
-        if (ComputeValue(expression, member, matches).IsTrue() == Decisive())
+        if (ComputeTruth(expression, member, matches) == Decisive())
             return Decisive() ? kTrueResult() : kFalseResult();
     }
     return Decisive() ? kFalseResult() : kTrueResult();
@@ -282,7 +282,7 @@ ActionResult AADotCollect::ActionValue(Node* note, MatchList& matches) const {
         matches.matches.clear();
         if (!member->GetBoolean("Searchable"))
             continue;
-        if (Conditional() && (member->IsAdornment() || !ComputeValue(condition, member, matches).IsTrue()))
+        if (Conditional() && (member->IsAdornment() || !ComputeTruth(condition, member, matches)))
             continue;
         AACollect::AddCollected(result, expression, member, matches);
     }
