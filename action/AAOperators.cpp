@@ -1,6 +1,7 @@
 #include "AAOperators.h"
 
 #include <cmath>
+#include <limits>
 #include <cstdlib>
 
 #include "ArgList.h"
@@ -176,6 +177,13 @@ long AABinaryOperator::GetNum(Node* note, MatchList& matches) const {
     double value = Compute(note, matches);
     if (std::isnan(value))
         return 0;
+    // Numbers past the range of a long (infinities among them) are held at
+    // its ends rather than converted, which would be undefined.
+    constexpr double kLimit = 9.2233720368547748e18;  // 2^63, the first double past LONG_MAX
+    if (value >= kLimit)
+        return std::numeric_limits<long>::max();
+    if (value <= -kLimit)
+        return std::numeric_limits<long>::min();
     return static_cast<long>(value);
 }
 
@@ -646,7 +654,9 @@ ActionResult AAMod::ActionValue(Node* note, MatchList& matches) const {
     const AAValue* second = first ? first->GetNextArgument() : nullptr;
     long l = first ? first->GetNum(note, matches) : 0;
     long r = second ? second->GetNum(note, matches) : 0;
-    if (r == 0)
+    // A remainder by 0 is 0; by -1 it is 0 too, and computing it would
+    // overflow for the smallest long.
+    if (r == 0 || r == -1)
         return ActionResult(0.0);
     return ActionResult(static_cast<double>(l - (l / r) * r));
 }

@@ -39,6 +39,10 @@ TEST_F(EvaluationTest, ArithmeticAndItsOddRulesOnTexts) {
     EXPECT_EQ(Eval("0 | \"x\""), "x");
     EXPECT_EQ(Eval("mod(17, 5)"), "2");
     EXPECT_EQ(Eval("mod(17, 0)"), "0");
+    // Operands past the range of whole numbers are held at its ends; the
+    // smallest one by -1 has remainder 0 instead of a trap.
+    EXPECT_EQ(Eval("mod(-1/0, 7)"), "-1");
+    EXPECT_EQ(Eval("mod(-1/0, -1)"), "0");
     EXPECT_EQ(Eval("-(3)"), "-3");
     EXPECT_EQ(Eval("-true"), "");
     EXPECT_EQ(Eval("-false"), "true");
