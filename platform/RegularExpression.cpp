@@ -1,15 +1,55 @@
 #include "RegularExpression.h"
 
+#include <climits>
 #include <list>
 #include <unordered_map>
 
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
+#include <unicode/ustring.h>
 
 struct RegularExpression::Impl {
     std::unique_ptr<icu::RegexMatcher> matcher;
+    // The text being matched, in UTF-16; its buffer is kept from one
+    // search to the next, so that a query over many notes converts each
+    // note's text without allocating.
     icu::UnicodeString input;
+
+    // Makes `text` the matcher's input, as UnicodeString::fromUTF8 reads
+    // it (an ill-formed sequence becomes U+FFFD).
+    void SetInput(std::string_view text);
 };
+
+void RegularExpression::Impl::SetInput(std::string_view text) {
+    if (text.size() > static_cast<size_t>(INT32_MAX / 2)) {
+        input = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+    } else {
+        // No UTF-8 text is longer in UTF-16 units than in bytes.
+        int32_t capacity = static_cast<int32_t>(text.size());
+        UChar* units = input.getBuffer(capacity > 0 ? capacity : 1);
+        int32_t length = 0;
+        if (!units) {
+            input = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), capacity));
+        } else {
+            const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+            // ASCII, the usual case, widens byte by byte; the first byte
+            // past it hands the rest to ICU's converter.
+            while (length < capacity && bytes[length] < 0x80) {
+                units[length] = bytes[length];
+                ++length;
+            }
+            if (length < capacity) {
+                UErrorCode status = U_ZERO_ERROR;
+                int32_t rest = 0;
+                u_strFromUTF8WithSub(units + length, capacity - length, &rest, text.data() + length, capacity - length,
+                                     0xFFFD, nullptr, &status);
+                length = U_SUCCESS(status) ? length + rest : 0;
+            }
+            input.releaseBuffer(length);
+        }
+    }
+    matcher->reset(input);
+}
 
 RegularExpression::RegularExpression(const std::string& pattern, bool caseInsensitive) : impl(std::make_unique<Impl>()) {
     UErrorCode status = U_ZERO_ERROR;
@@ -44,13 +84,12 @@ void ReadGroups(icu::RegexMatcher& matcher, RegularExpression::Match& match) {
 
 }  // namespace
 
-bool RegularExpression::Search(const std::string& text, Match& match, long from) {
+bool RegularExpression::Search(std::string_view text, Match& match, long from) {
     match = Match();
     if (!impl->matcher)
         return false;
-    impl->input = icu::UnicodeString::fromUTF8(text);
+    impl->SetInput(text);
     icu::RegexMatcher& matcher = *impl->matcher;
-    matcher.reset(impl->input);
     UErrorCode status = U_ZERO_ERROR;
     if (from < 0 || from > impl->input.length())
         return false;
@@ -65,9 +104,8 @@ void RegularExpression::SearchAll(const std::string& text, std::vector<Match>& f
     found.clear();
     if (!impl->matcher)
         return;
-    impl->input = icu::UnicodeString::fromUTF8(text);
+    impl->SetInput(text);
     icu::RegexMatcher& matcher = *impl->matcher;
-    matcher.reset(impl->input);
     UErrorCode status = U_ZERO_ERROR;
     while (matcher.find(status) && U_SUCCESS(status)) {
         Match match;
@@ -82,9 +120,8 @@ void RegularExpression::SearchAll(const std::string& text, std::vector<Match>& f
 std::string RegularExpression::ReplaceAll(const std::string& text, const std::string& replacement) {
     if (!impl->matcher)
         return text;
-    impl->input = icu::UnicodeString::fromUTF8(text);
+    impl->SetInput(text);
     icu::RegexMatcher& matcher = *impl->matcher;
-    matcher.reset(impl->input);
     UErrorCode status = U_ZERO_ERROR;
     icu::UnicodeString result = matcher.replaceAll(icu::UnicodeString::fromUTF8(replacement), status);
     if (U_FAILURE(status))
@@ -94,25 +131,34 @@ std::string RegularExpression::ReplaceAll(const std::string& text, const std::st
     return out;
 }
 
-RegularExpression& RegularExpression::Cached(const std::string& pattern, bool caseInsensitive) {
+RegularExpression& RegularExpression::Cached(std::string_view pattern, bool caseInsensitive) {
     // A small cache per thread: a query usually uses one or two patterns;
-    // a document that computes its patterns gets them compiled afresh.
+    // a document that computes its patterns gets them compiled afresh. A
+    // query asks for the same pattern on every note, so the last one asked
+    // for is answered before the key is made and looked up.
     constexpr size_t kLimit = 64;
     struct Cache {
         std::unordered_map<std::string, std::unique_ptr<RegularExpression>> byKey;
+        std::string lastKey;
+        RegularExpression* last = nullptr;
     };
     thread_local Cache cache;
+    const char option = caseInsensitive ? 'i' : 'c';
+    if (cache.last && cache.lastKey.size() == pattern.size() + 1 && cache.lastKey[0] == option &&
+        std::string_view(cache.lastKey).substr(1) == pattern)
+        return *cache.last;
     std::string key;
     key.reserve(pattern.size() + 1);
-    key += caseInsensitive ? 'i' : 'c';
+    key += option;
     key += pattern;
     auto it = cache.byKey.find(key);
-    if (it != cache.byKey.end())
-        return *it->second;
-    if (cache.byKey.size() >= kLimit)
-        cache.byKey.clear();
-    auto made = std::make_unique<RegularExpression>(pattern, caseInsensitive);
-    RegularExpression& result = *made;
-    cache.byKey.emplace(std::move(key), std::move(made));
-    return result;
+    if (it == cache.byKey.end()) {
+        if (cache.byKey.size() >= kLimit)
+            cache.byKey.clear();
+        auto made = std::make_unique<RegularExpression>(std::string(pattern), caseInsensitive);
+        it = cache.byKey.emplace(key, std::move(made)).first;
+    }
+    cache.lastKey = std::move(key);
+    cache.last = it->second.get();
+    return *cache.last;
 }
