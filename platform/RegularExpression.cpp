@@ -14,6 +14,11 @@ struct RegularExpression::Impl {
     // search to the next, so that a query over many notes converts each
     // note's text without allocating.
     icu::UnicodeString input;
+    // A case-sensitive pattern of plain ASCII characters, none of which
+    // means anything to the engine, matches exactly where its bytes occur:
+    // such a pattern is searched in the UTF-8 text with no conversion.
+    std::string literal;
+    bool isLiteral = false;
 
     // Makes `text` the matcher's input, as UnicodeString::fromUTF8 reads
     // it (an ill-formed sequence becomes U+FFFD).
@@ -51,7 +56,50 @@ void RegularExpression::Impl::SetInput(std::string_view text) {
     matcher->reset(input);
 }
 
+namespace {
+
+// Whether every character of the pattern stands for itself: ASCII letters,
+// digits, space and punctuation that has no meaning outside a class. ASCII
+// bytes in UTF-8 are never part of another character, and an ill-formed
+// sequence converts to U+FFFD, so such a pattern occurs in the UTF-16 text
+// exactly where its bytes occur in the UTF-8.
+bool IsPlainLiteral(const std::string& pattern) {
+    if (pattern.empty())
+        return false;
+    for (unsigned char c : pattern) {
+        bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ' ' ||
+                     c == '_' || c == '-' || c == ',' || c == ':' || c == ';' || c == '/' || c == '=' || c == '<' ||
+                     c == '>' || c == '!' || c == '@' || c == '%' || c == '&' || c == '\'' || c == '"' || c == '~';
+        if (!plain)
+            return false;
+    }
+    return true;
+}
+
+// The UTF-16 length of UTF-8 bytes, with ill-formed sequences counted as
+// the one U+FFFD each becomes.
+long Utf16Length(std::string_view text) {
+    long length = 0;
+    size_t i = 0;
+    while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80)
+        ++i;
+    length = static_cast<long>(i);
+    if (i == text.size())
+        return length;
+    UErrorCode status = U_ZERO_ERROR;
+    int32_t rest = 0;
+    u_strFromUTF8WithSub(nullptr, 0, &rest, text.data() + i, static_cast<int32_t>(text.size() - i), 0xFFFD, nullptr,
+                         &status);
+    return length + rest;
+}
+
+}  // namespace
+
 RegularExpression::RegularExpression(const std::string& pattern, bool caseInsensitive) : impl(std::make_unique<Impl>()) {
+    if (!caseInsensitive && IsPlainLiteral(pattern)) {
+        impl->literal = pattern;
+        impl->isLiteral = true;
+    }
     UErrorCode status = U_ZERO_ERROR;
     uint32_t flags = caseInsensitive ? UREGEX_CASE_INSENSITIVE : 0;
     auto matcher = std::make_unique<icu::RegexMatcher>(icu::UnicodeString::fromUTF8(pattern), flags, status);
@@ -88,6 +136,15 @@ bool RegularExpression::Search(std::string_view text, Match& match, long from) {
     match = Match();
     if (!impl->matcher)
         return false;
+    if (impl->isLiteral && from == 0 && text.size() <= static_cast<size_t>(INT32_MAX / 2)) {
+        size_t at = text.find(impl->literal);
+        if (at == std::string_view::npos)
+            return false;
+        match.position = Utf16Length(text.substr(0, at));
+        match.length = static_cast<long>(impl->literal.size());
+        match.groups.push_back(impl->literal);
+        return true;
+    }
     impl->SetInput(text);
     icu::RegexMatcher& matcher = *impl->matcher;
     UErrorCode status = U_ZERO_ERROR;

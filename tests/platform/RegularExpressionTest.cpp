@@ -99,6 +99,37 @@ TEST(RegularExpressionTest, CacheAnswersForPatternAndCase) {
     EXPECT_FALSE(RegularExpression::Cached("(", false).Search("(", match));
 }
 
+TEST(RegularExpressionTest, PlainWordsFindWhatTheEngineFinds) {
+    // A plain pattern is searched in the bytes; wrapped in a group it goes
+    // through the engine. Both must give the same position, length and text.
+    const std::vector<std::string> patterns = {"note 17", "a-b, c:d", "x", "\"q\" & 'r'", "to=do!"};
+    const std::vector<std::string> texts = {
+        "note 17", "my note 17 and note 17", "é😀note 17", std::string("\xff\xe2\x82note 17"), "a-b, c:d",
+        "ü a-b, c:d", "no match here", "", "say \"q\" & 'r'", "what to=do!", "X x", "NOTE 17",
+    };
+    for (const std::string& pattern : patterns) {
+        RegularExpression plain(pattern, false);
+        RegularExpression engine("(?:" + pattern + ")", false);
+        for (const std::string& text : texts) {
+            RegularExpression::Match a, b;
+            bool found = plain.Search(text, a);
+            EXPECT_EQ(found, engine.Search(text, b)) << pattern << " in " << text;
+            EXPECT_EQ(a.position, b.position) << pattern << " in " << text;
+            EXPECT_EQ(a.length, b.length) << pattern << " in " << text;
+            EXPECT_EQ(a.groups, b.groups) << pattern << " in " << text;
+        }
+    }
+    RegularExpression::Match match;
+    ASSERT_TRUE(RegularExpression("é😀note", false).Search("xé😀note", match));
+    EXPECT_EQ(match.position, 1);
+    EXPECT_TRUE(RegularExpression("note", true).Search("NOTE", match));
+    EXPECT_FALSE(RegularExpression("note", false).Search("NOTE", match));
+    // Searching from a later position still skips earlier matches.
+    RegularExpression word("ab", false);
+    ASSERT_TRUE(word.Search("ab éab", match, 1));
+    EXPECT_EQ(match.position, 4);
+}
+
 TEST(RegularExpressionTest, SearchAfterTimeLimitStartsAfresh) {
     RegularExpression regex("(a+)+$", false);
     RegularExpression::Match match;
