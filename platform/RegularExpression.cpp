@@ -19,6 +19,9 @@ struct RegularExpression::Impl {
     // such a pattern is searched in the UTF-8 text with no conversion.
     std::string literal;
     bool isLiteral = false;
+    // Otherwise, what every match of a case-sensitive pattern starts with:
+    // a text without it has no match, and is not converted.
+    std::string requiredStart;
 
     // Makes `text` the matcher's input, as UnicodeString::fromUTF8 reads
     // it (an ill-formed sequence becomes U+FFFD).
@@ -63,17 +66,38 @@ namespace {
 // bytes in UTF-8 are never part of another character, and an ill-formed
 // sequence converts to U+FFFD, so such a pattern occurs in the UTF-16 text
 // exactly where its bytes occur in the UTF-8.
+bool IsPlainCharacter(unsigned char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ' ' || c == '_' ||
+           c == '-' || c == ',' || c == ':' || c == ';' || c == '/' || c == '=' || c == '<' || c == '>' || c == '!' ||
+           c == '@' || c == '%' || c == '&' || c == '\'' || c == '"' || c == '~';
+}
+
 bool IsPlainLiteral(const std::string& pattern) {
     if (pattern.empty())
         return false;
     for (unsigned char c : pattern) {
-        bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ' ' ||
-                     c == '_' || c == '-' || c == ',' || c == ':' || c == ';' || c == '/' || c == '=' || c == '<' ||
-                     c == '>' || c == '!' || c == '@' || c == '%' || c == '&' || c == '\'' || c == '"' || c == '~';
-        if (!plain)
+        if (!IsPlainCharacter(c))
             return false;
     }
     return true;
+}
+
+// The plain characters every match of a case-sensitive pattern starts
+// with: those before its first special character, less the last one when a
+// quantifier follows it. A pattern with `|` anywhere may start otherwise,
+// and has none.
+std::string RequiredStart(const std::string& pattern) {
+    if (pattern.find('|') != std::string::npos)
+        return std::string();
+    size_t length = 0;
+    while (length < pattern.size() && IsPlainCharacter(static_cast<unsigned char>(pattern[length])))
+        ++length;
+    if (length > 0 && length < pattern.size()) {
+        char next = pattern[length];
+        if (next == '*' || next == '?' || next == '+' || next == '{')
+            --length;
+    }
+    return pattern.substr(0, length);
 }
 
 // The UTF-16 length of UTF-8 bytes, with ill-formed sequences counted as
@@ -99,6 +123,8 @@ RegularExpression::RegularExpression(const std::string& pattern, bool caseInsens
     if (!caseInsensitive && IsPlainLiteral(pattern)) {
         impl->literal = pattern;
         impl->isLiteral = true;
+    } else if (!caseInsensitive) {
+        impl->requiredStart = RequiredStart(pattern);
     }
     UErrorCode status = U_ZERO_ERROR;
     uint32_t flags = caseInsensitive ? UREGEX_CASE_INSENSITIVE : 0;
@@ -145,6 +171,8 @@ bool RegularExpression::Search(std::string_view text, Match& match, long from) {
         match.groups.push_back(impl->literal);
         return true;
     }
+    if (!impl->requiredStart.empty() && text.find(impl->requiredStart) == std::string_view::npos)
+        return false;
     impl->SetInput(text);
     icu::RegexMatcher& matcher = *impl->matcher;
     UErrorCode status = U_ZERO_ERROR;

@@ -100,12 +100,17 @@ TEST(RegularExpressionTest, CacheAnswersForPatternAndCase) {
 }
 
 TEST(RegularExpressionTest, PlainWordsFindWhatTheEngineFinds) {
-    // A plain pattern is searched in the bytes; wrapped in a group it goes
-    // through the engine. Both must give the same position, length and text.
-    const std::vector<std::string> patterns = {"note 17", "a-b, c:d", "x", "\"q\" & 'r'", "to=do!"};
+    // A plain pattern is searched in the bytes, and a pattern that starts
+    // with plain characters is tried only on texts that hold them; wrapped
+    // in a group either goes straight to the engine. Both must give the
+    // same position, length and text.
+    const std::vector<std::string> patterns = {
+        "note 17", "a-b, c:d", "x", "\"q\" & 'r'", "to=do!", "note 1[0-9]$", "note 17?", "note 1*7", "X x+",
+        "XX{0}x", "note 1|X", "no(?i)te", "to=do!$", "(?i)note",
+    };
     const std::vector<std::string> texts = {
         "note 17", "my note 17 and note 17", "é😀note 17", std::string("\xff\xe2\x82note 17"), "a-b, c:d",
-        "ü a-b, c:d", "no match here", "", "say \"q\" & 'r'", "what to=do!", "X x", "NOTE 17",
+        "ü a-b, c:d", "no match here", "", "say \"q\" & 'r'", "what to=do!", "X x", "NOTE 17", "note 1", "note 7", "note  1", "XX x", "x x", "No te", "noTE 17",
     };
     for (const std::string& pattern : patterns) {
         RegularExpression plain(pattern, false);
