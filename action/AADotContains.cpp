@@ -5,6 +5,21 @@
 #include "RegularExpression.h"
 #include "SetList.h"
 
+namespace {
+
+// The regular-expression search of a text receiver: a match stores the
+// capture groups and answers its one-based position.
+ActionResult Search(std::string_view text, std::string_view pattern, bool caseSensitive, MatchList& matches) {
+    RegularExpression& regex = RegularExpression::Cached(pattern, !caseSensitive);
+    RegularExpression::Match match;
+    if (!regex.Search(text, match))
+        return AAValue::kFalseResult();
+    matches.matches = std::move(match.groups);
+    return ActionResult(static_cast<double>(match.position + 1));
+}
+
+}  // namespace
+
 bool AADotContains::IsValid(const Node* note) const { return left && right && left->IsValid(note); }
 
 ActionResult AADotContains::Contains(const ActionResult& receiver, int receiverType, const std::string& pattern,
@@ -23,21 +38,34 @@ ActionResult AADotContains::Contains(const ActionResult& receiver, int receiverT
         SharedDictionary dictionary = receiver.AsDictionary();
         return dictionary && dictionary->count(pattern) ? kTrueResult() : kFalseResult();
     }
-    RegularExpression& regex = RegularExpression::Cached(pattern, !caseSensitive);
-    RegularExpression::Match match;
-    if (!regex.Search(receiver.AsString(), match))
-        return kFalseResult();
-    matches.matches = std::move(match.groups);
-    return ActionResult(static_cast<double>(match.position + 1));
+    return Search(receiver.AsString(), pattern, caseSensitive, matches);
 }
 
 ActionResult AADotContains::ActionValue(Node* note, MatchList& matches) const {
     if (!left || !right)
         return kFalseResult();
     int type = left->ResultType(note, matches);
-    ActionResult receiver = ComputeValue(left.get(), note, matches);
-    std::string pattern = ComputeValue(right.get(), note, matches).AsString();
-    return Contains(receiver, type, pattern, matches);
+    if (type == AttributeType::kSet || type == AttributeType::kList || type == AttributeType::kDictionary) {
+        ActionResult receiver = ComputeValue(left.get(), note, matches);
+        std::string pattern = ComputeValue(right.get(), note, matches).AsString();
+        return Contains(receiver, type, pattern, matches);
+    }
+    // A text receiver (the usual query on $Name or $Text) is searched where
+    // it lies, with no result built for it or for the pattern.
+    std::string textBuffer;
+    std::string_view text = EvalText(left.get(), note, matches, textBuffer);
+    std::string patternBuffer;
+    std::string_view pattern;
+    if (!FastText(right.get(), note, matches, patternBuffer, pattern)) {
+        // Computing the pattern may run code that changes the note: keep
+        // our own copy of a receiver that was viewed in place.
+        if (text.data() != textBuffer.data())
+            textBuffer.assign(text);
+        text = textBuffer;
+        patternBuffer = ComputeValue(right.get(), note, matches).AsString();
+        pattern = patternBuffer;
+    }
+    return Search(text, pattern, caseSensitive, matches);
 }
 
 ActionResult AADotContainsAny::ActionValue(Node* note, MatchList& matches) const {

@@ -6,6 +6,7 @@
 // a document compiles its pattern once.
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class RegularExpression {
@@ -20,7 +21,7 @@ public:
 
     // The compiled expression for this pattern and case option on this
     // thread; it stays usable until the thread compiles many others.
-    static RegularExpression& Cached(const std::string& pattern, bool caseInsensitive);
+    static RegularExpression& Cached(std::string_view pattern, bool caseInsensitive);
 
     RegularExpression(const std::string& pattern, bool caseInsensitive);
     ~RegularExpression();
@@ -30,7 +31,7 @@ public:
     // False when the pattern does not compile; such an expression matches nothing.
     bool IsValid() const;
     // The first match in `text` at or after `from` (UTF-16 units).
-    bool Search(const std::string& text, Match& match, long from = 0);
+    bool Search(std::string_view text, Match& match, long from = 0);
     // Every match, in order; an empty match moves on by one unit.
     void SearchAll(const std::string& text, std::vector<Match>& found);
     // Every match replaced by `replacement`, where `$1` names a group and a
