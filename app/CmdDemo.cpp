@@ -80,7 +80,7 @@ CommandRegistration registration(
     "demo",
     [](CLI::App& app, CommandResult& result) {
         auto folder = std::make_shared<std::string>();
-        auto* cmd = app.add_subcommand("demo", "Open the sample document and print its outline");
+        auto* cmd = app.add_subcommand("demo", "Open the sample document, print its outline and export it as HTML pages");
         cmd->add_option("--export", *folder, "Also export the sample document as HTML pages to this folder");
         cmd->callback([&result, folder] { result.code = RunDemo(*folder); });
     },
