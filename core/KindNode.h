@@ -4,6 +4,7 @@
 // business of the layers above the core; here they keep their kind, so that
 // IsAgent, IsAdornment, AdornmentCount and the file see them as what they
 // are, and a document does not lose its agents with one save.
+#include <string>
 #include <string_view>
 
 #include "Node.h"
@@ -32,9 +33,15 @@ public:
     bool CanLink() const override { return kind != Kind::kAdornment; }
     bool IsSticky() const override;
 
+    // An adornment's picture on the map, as PNG bytes; "" when it has none.
+    // Kept as read so that a save gives it back.
+    const std::string& Picture() const { return picture; }
+    void SetPicture(std::string png) { picture = std::move(png); }
+
 private:
     KindNode(Kind kind, Node* parent, Node* after) : Node(parent, after, true), kind(kind) {}
-    KindNode(const KindNode& source, unsigned char withLinks) : Node(source, withLinks), kind(source.kind) {}
+    KindNode(const KindNode& source, unsigned char withLinks) : Node(source, withLinks), kind(source.kind), picture(source.picture) {}
 
     Kind kind;
+    std::string picture;
 };

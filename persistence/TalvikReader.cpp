@@ -368,12 +368,19 @@ bool TalvikReader::StartLeaf(const char* name, const char** attributes) {
         leafKind = LeafKind::kRTFD;
         leafBuffer.clear();
         leafTarget = &leafBuffer;
+    } else if (std::strcmp(name, "image") == 0) {
+        // An adornment's picture; on any other note it means nothing.
+        if (state.node && state.node->IsAdornment()) {
+            leafKind = LeafKind::kPicture;
+            leafBuffer.clear();
+            leafTarget = &leafBuffer;
+        }
     } else if (std::strcmp(name, "composites") == 0) {
         // Read as an element, to be kept whole (EndItem).
         return false;
     }
-    // Anything else ("styles", "pictures" and "script" are obsolete; "image"
-    // belongs to the map, which is not here) is skipped whole.
+    // Anything else ("styles", "pictures" and "script" are obsolete) is
+    // skipped whole.
     return true;
 }
 
@@ -402,6 +409,14 @@ void TalvikReader::EndLeaf() {
         if (!Base64Decoder::Decode(leafBuffer, bytes))
             LogLine("TalvikReader: the pictures of a note could not be decoded");
         state.rtfd = std::move(bytes);
+        break;
+    }
+    case LeafKind::kPicture: {
+        std::string bytes;
+        if (!Base64Decoder::Decode(leafBuffer, bytes))
+            LogLine("TalvikReader: the picture of an adornment could not be decoded");
+        else if (auto* adornment = dynamic_cast<KindNode*>(state.node))
+            adornment->SetPicture(std::move(bytes));
         break;
     }
     default:

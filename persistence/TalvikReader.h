@@ -74,7 +74,7 @@ private:
         // The name that followed this one in the last note that had it.
         NamedAttribute* next = nullptr;
     };
-    enum class LeafKind : uint8_t { kSkipped, kAttribute, kText, kRTF, kRTFD };
+    enum class LeafKind : uint8_t { kSkipped, kAttribute, kText, kRTF, kRTFD, kPicture };
 
     bool Finish(bool parsed);
     void StartNote(XMLItem* item);

@@ -6,6 +6,7 @@
 #include "Base64.h"
 #include "Colors.h"
 #include "Content.h"
+#include "KindNode.h"
 #include "Hypertext.h"
 #include "Link.h"
 #include "LinkManager.h"
@@ -322,6 +323,11 @@ void TalvikWriter::PrepareInto(const Node* node, std::string& out) const {
         }
         if (content->HasRTF())
             PutElement(out, "rtf", content->GetRTF());
+    }
+    if (const auto* adornment = dynamic_cast<const KindNode*>(node); adornment && !adornment->Picture().empty()) {
+        out += "<image>";
+        out += Base64::Encode(adornment->Picture());
+        out += "</image>\n";
     }
     // Composites go back as they were read.
     std::string composites = node->CompositeData();

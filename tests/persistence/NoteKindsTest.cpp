@@ -15,9 +15,9 @@ const char* const kDocument =
     "<item ID=\"1\" Creator=\"x\" ><attribute name=\"Name\">root</attribute>\n"
     "<item ID=\"2\" Creator=\"x\" ><attribute name=\"Name\">Map</attribute>\n"
     "<adornment ID=\"3\" Creator=\"x\" ><attribute name=\"Name\">Backdrop</attribute>"
-    "<attribute name=\"Sticky\">true</attribute></adornment>\n"
+    "<attribute name=\"Sticky\">true</attribute><image>iVBORw0K\nGgo=</image></adornment>\n"
     "<item ID=\"4\" Creator=\"x\" ><attribute name=\"Name\">Plain</attribute>"
-    "<text>body</text>"
+    "<text>body</text><image>AAAA</image>"
     "<composites><composite name=\"pair\" ids=\"4;5\" >kept &amp; <b>as is</b></composite></composites>"
     "</item>\n"
     "</item>\n"
@@ -60,6 +60,7 @@ TEST(NoteKinds, AgentsAdornmentsAndCompositesSurviveReadingAndWriting) {
         EXPECT_EQ(backdrop->GetString("IsAdornment"), "true");
         EXPECT_EQ(map->GetString("AdornmentCount"), "1");
         EXPECT_EQ(map->GetString("ChildCount"), "1");
+        EXPECT_EQ(static_cast<KindNode*>(backdrop)->Picture(), std::string("\x89PNG\r\n\x1a\n"));
 
         EXPECT_STREQ(finder->XMLKind(), "agent");
         EXPECT_TRUE(finder->IsAgent());
@@ -80,6 +81,10 @@ TEST(NoteKinds, AgentsAdornmentsAndCompositesSurviveReadingAndWriting) {
         EXPECT_NE(bytes.find("<attribute name=\"HTMLExportChildren\">false</attribute>"), std::string::npos);
         EXPECT_NE(bytes.find(kComposites), std::string::npos) << bytes;
         EXPECT_EQ(bytes.find("<composites>"), bytes.rfind("<composites>"));
+        // The adornment's picture goes back; an image on a plain note meant
+        // nothing and is gone.
+        EXPECT_NE(bytes.find("<image>iVBORw0KGgo=</image>"), std::string::npos) << bytes;
+        EXPECT_EQ(bytes.find("<image>"), bytes.rfind("<image>"));
 
         // A copy keeps the kind and the composites.
         Node* copy = Node::Create(*finder, 0);
@@ -87,6 +92,10 @@ TEST(NoteKinds, AgentsAdornmentsAndCompositesSurviveReadingAndWriting) {
         EXPECT_TRUE(copy->IsAgent());
         Node* plainCopy = Node::Create(*plain, 0);
         EXPECT_EQ(plainCopy->CompositeData(), kComposites);
+        Node* backdropCopy = Node::Create(*backdrop, 0);
+        ASSERT_NE(backdropCopy, nullptr);
+        EXPECT_EQ(static_cast<KindNode*>(backdropCopy)->Picture(), static_cast<KindNode*>(backdrop)->Picture());
+        NodeDeleter(backdropCopy).Delete();
         NodeDeleter(copy).Delete();
         NodeDeleter(plainCopy).Delete();
     }
