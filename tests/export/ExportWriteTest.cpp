@@ -151,4 +151,21 @@ TEST_F(PageWrites, OnlyChangedPagesAreRewrittenInNewAndOldFolders) {
     EXPECT_EQ(Tree(folder)["D/Same.htm"], "Same|two");
 }
 
+TEST_F(PageWrites, ProgressCountsThePagesTheWalkWrites) {
+    MakeSmallDocument();
+    Node* a = doc.Root()->Son();
+    Node* b = a->Brother();
+    a->SetBoolean("HTMLDontExport", true);     // A1 and A2 still are
+    b->SetBoolean("HTMLExportChildren", false);  // B1 is not
+    Make("A21", a->Son()->Brother());
+    HTMLExporter exporter(&doc, folder.string());
+    exporter.SetTemplateText("^title^");
+    long total = -1;
+    exporter.OnProgress([&](long, long all) { total = all; });
+    ASSERT_TRUE(exporter.Export(true)) << exporter.Error();
+    EXPECT_EQ(exporter.Written(), 5);
+    EXPECT_EQ(total, 5);
+    EXPECT_EQ(exporter.CountExportedNotes(), 5);
+}
+
 }  // namespace
