@@ -8,6 +8,7 @@
 #include "ActionHooks.h"
 #include "AttributeInfo.h"
 #include "AttributeType.h"
+#include "CommandTrust.h"
 #include "ExportElement.h"
 #include "ExportHooks.h"
 #include "ExportTemplate.h"
@@ -132,6 +133,25 @@ TEST_F(TemplateTest, TextElements) {
     // A note's text that holds elements is expanded for the note.
     NodeText(b).SetText("^value($Name)^");
     EXPECT_EQ(Expand("^text^", b), "B");
+}
+
+TEST_F(TemplateTest, PreviewCommandRunsOnlyWhenAllowed) {
+    // The command gets the note's text, its elements expanded.
+    NodeText(b).SetText("b is ^value($Name)^");
+    b->Set("HTMLPreviewCommand", "tr a-z A-Z");
+    CommandTrust::Allow(false);
+    CommandTrust::ResetReports();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Expand("^text^", b), "<p>b is B</p>");
+    EXPECT_EQ(Expand("^text^", b), "<p>b is B</p>");
+    std::string refused = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(refused.begin(), refused.end(), '\n'), 1);
+    EXPECT_NE(refused.find("tr a-z A-Z"), std::string::npos);
+
+    CommandTrust::Allow(true);
+    EXPECT_EQ(Expand("^text^", b), "<P>B IS B</P>");
+    EXPECT_EQ(Expand("^text(plain)^", b), "B IS B");
+    CommandTrust::Allow(false);
 }
 
 TEST_F(TemplateTest, FailuresShowInTheOutput) {
