@@ -143,7 +143,8 @@ CommandRegistration registration(
         cmd->add_flag("--markdown", state->markdown, "Write a Markdown file per note");
         cmd->add_flag("--opml", state->opml, "Write the whole document as one OPML file");
         cmd->add_flag("--allow-commands", state->allowCommands,
-                      "Let the document run outside programs (HTMLExportCommand, runCommand)");
+                      "Let the document run outside programs (HTMLExportCommand, HTMLPreviewCommand, runCommand) "
+                      "and read template files named by path");
         cmd->callback([&result, state] { result.code = RunExport(*state); });
     },
     75);

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
 
 #include "Action.h"
 #include "ActionHooks.h"
@@ -18,6 +21,7 @@
 #include "Node.h"
 #include "NodeHelpers.h"
 #include "NodeLinks.h"
+#include "STemplateFile.h"
 #include "STime.h"
 
 namespace {
@@ -152,6 +156,25 @@ TEST_F(TemplateTest, PreviewCommandRunsOnlyWhenAllowed) {
     EXPECT_EQ(Expand("^text^", b), "<P>B IS B</P>");
     EXPECT_EQ(Expand("^text(plain)^", b), "B IS B");
     CommandTrust::Allow(false);
+}
+
+TEST_F(TemplateTest, TemplateFilesAreReadOnlyWhenAllowed) {
+    std::filesystem::path file =
+        std::filesystem::temp_directory_path() / ("rylvane-template-" + std::to_string(::getpid()) + ".txt");
+    std::ofstream(file) << "<^title^>";
+    std::string include = "^include(/Top/B," + file.string() + ")^";
+    std::string notFound = "^include(/Top/B," + file.string() + ")::template not found, or template includes itself";
+    CommandTrust::Allow(false);
+    EXPECT_EQ(Expand(include), notFound);
+    CommandTrust::Allow(true);
+    EXPECT_EQ(Expand(include), "<B>");
+    // A folder or an oversized file is no template.
+    EXPECT_EQ(STemplateFile::BuiltInTemplate(file.string()), "<^title^>");
+    EXPECT_EQ(STemplateFile::BuiltInTemplate(std::filesystem::temp_directory_path().string()), "");
+    std::filesystem::resize_file(file, STemplateFile::kMaxFileSize + 1);
+    EXPECT_EQ(Expand(include), notFound);
+    CommandTrust::Allow(false);
+    std::filesystem::remove(file);
 }
 
 TEST_F(TemplateTest, FailuresShowInTheOutput) {
