@@ -1,5 +1,6 @@
 #include "Exporter.h"
 
+#include "ExportActionQueue.h"
 #include "HTMLExportSaver.h"
 
 #include <vector>
@@ -24,6 +25,8 @@ Exporter::Exporter(Hypertext* hypertext) : hypertext(hypertext) {}
 Exporter::~Exporter() = default;
 
 bool Exporter::Export(bool all) {
+    // The templates' actions run when the whole export is over.
+    ExportActionQueue::Scope actions;
     LoadTemplate();
     errorCode = 0;
     if (!Prepare(all))

@@ -12,6 +12,7 @@
 #include "AttributeInfo.h"
 #include "AttributeType.h"
 #include "CommandTrust.h"
+#include "ExportActionQueue.h"
 #include "ExportElement.h"
 #include "ExportHooks.h"
 #include "ExportTemplate.h"
@@ -175,6 +176,26 @@ TEST_F(TemplateTest, TemplateFilesAreReadOnlyWhenAllowed) {
     EXPECT_EQ(Expand(include), notFound);
     CommandTrust::Allow(false);
     std::filesystem::remove(file);
+}
+
+TEST_F(TemplateTest, ActionsRunWhenTheExpansionIsOver) {
+    a->SetDouble("Count", 1);
+    // The page shows the value from before its action, which has run once
+    // the expansion is over.
+    EXPECT_EQ(Expand("^action($Count=$Count+1)^^value($Count)^|^action($Count=$Count*10)^^value($Count)^"), "1|1");
+    EXPECT_EQ(a->GetString("Count"), "20");
+    EXPECT_EQ(ExportActionQueue::Pending(), 0u);
+    // An action that deletes its note stops the actions queued for it.
+    EXPECT_EQ(Expand("^action(delete(this))^^action($Name=\"late\")^", b), "");
+    EXPECT_TRUE(b->IsHidden());
+    EXPECT_EQ(b->Name(), "B");
+    // Actions whose expansions queue actions without end stop.
+    Node* templates = Make("Templates");
+    Node* again = Make("Again", templates);
+    again->SetBoolean("IsTemplate", true);
+    NodeText(again).SetText("^action($Count=$Count+1;exportedString(this,\"/Templates/Again\"))^");
+    Expand("^include(/Top/A,/Templates/Again)^");
+    EXPECT_EQ(a->GetString("Count"), std::to_string(21 + ExportActionQueue::kMaxGenerations));
 }
 
 TEST_F(TemplateTest, FailuresShowInTheOutput) {

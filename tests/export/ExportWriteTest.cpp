@@ -168,4 +168,15 @@ TEST_F(PageWrites, ProgressCountsThePagesTheWalkWrites) {
     EXPECT_EQ(exporter.CountExportedNotes(), 5);
 }
 
+TEST_F(PageWrites, ActionsRunAfterTheWholeExport) {
+    MakeSmallDocument();
+    HTMLExporter exporter(&doc, folder.string());
+    // Every page changes B's text; B's page, written after A's, still shows
+    // the text from before the export.
+    exporter.SetTemplateText("^title^|^text(plain)^^action($Text(/B)=$Text(/B)+\"x\")^");
+    ASSERT_TRUE(exporter.Export(true)) << exporter.Error();
+    EXPECT_EQ(Tree(folder)["B.html"], "B|");
+    EXPECT_EQ(NodeText(doc.Root()->Son()->Brother()).GetText(), "xxxxxx");
+}
+
 }  // namespace
