@@ -17,6 +17,7 @@
 #include "ExportHooks.h"
 #include "HTMLExporter.h"
 #include "Hypertext.h"
+#include "Node.h"
 #include "Props.h"
 #include "STemplateFile.h"
 #include "TextExporter.h"
@@ -112,6 +113,13 @@ int RunExport(const ExportState& state) {
             exporter.SetTemplateText(text.str());
         }
     } else if (!exporter.HasTemplate()) {
+        // A template file named by the document is read only when allowed.
+        std::string named = session->Document()->Root()->GetString("HTMLExportTemplate");
+        std::error_code code;
+        if (!named.empty() && named[0] == '/' && !CommandTrust::Allowed() &&
+            std::filesystem::is_regular_file(named, code))
+            return CommandFailure(state.file + " names the template file " + named +
+                                  ", which is read only with --allow-commands");
         return CommandFailure(state.file + " names no export template; choose one with --template (built-in templates: " +
                               BuiltInList() + ")");
     }
