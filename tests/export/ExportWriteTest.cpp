@@ -1,6 +1,7 @@
 // Writing the pages of a folder export: what a failed write or folder
-// leaves and reports, and which pages a second export rewrites, in folders
-// that it makes and in folders that are there already.
+// leaves and reports, which pages a second export rewrites (in folders that
+// it makes and in folders that are there already), the page count and when
+// the templates' actions run.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -28,12 +29,8 @@ protected:
                  ("rylvane-writes-" + std::to_string(::getpid()) + "-" +
                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
         fs::remove_all(folder);
-        fs::remove_all(folder.string() + "-serial");
     }
-    void TearDown() override {
-        fs::remove_all(folder);
-        fs::remove_all(folder.string() + "-serial");
-    }
+    void TearDown() override { fs::remove_all(folder); }
 
     Node* Make(const std::string& name, Node* parent = nullptr, Node* after = nullptr) {
         return NodeMaker(&doc).MakeNode(name, parent, after, 0, 0);
