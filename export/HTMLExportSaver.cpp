@@ -24,8 +24,9 @@ bool IsBlank(const std::string& text) {
 
 bool HTMLExportSaver::FileContentsUnchanged(const std::string& path, const std::string& text) {
     // One open answers both whether the file exists and, with fstat, its
-    // length: no separate stat of the path.
-    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // length: no separate stat of the path. Never blocking: a pipe found at
+    // the path must not hold the export up.
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (fd < 0)
         return false;
     struct stat info;
@@ -68,7 +69,7 @@ bool HTMLExportSaver::Save(const std::string& path, const std::string& text, std
         error = "cannot write " + path + ": " + std::strerror(code ? code : EIO);
         return false;
     };
-    int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
     if (fd < 0)
         return fail(errno);
     size_t done = 0;

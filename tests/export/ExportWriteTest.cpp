@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "ActionHooks.h"
@@ -88,6 +89,14 @@ TEST_F(PageWrites, FailuresAreOneLineAndStopTheSubtree) {
     // the error); the pages of the other top-level notes are still written.
     EXPECT_FALSE(fs::exists(folder / "B" / "B1.html"));
     EXPECT_TRUE(fs::is_regular_file(folder / "C.html"));
+
+    // A pipe at a page's path neither holds the export up nor takes the page.
+    fs::remove_all(folder);
+    fs::create_directories(folder);
+    ASSERT_EQ(::mkfifo((folder / "C.html").c_str(), 0600), 0);
+    EXPECT_FALSE(Export(folder, &error));
+    EXPECT_EQ(error, "cannot write " + (folder / "C.html").string() + ": No such device or address");
+    EXPECT_TRUE(fs::is_regular_file(folder / "B" / "B1.html"));
 
     // A file where a folder of pages goes.
     fs::remove_all(folder);
