@@ -17,6 +17,7 @@
 #include "ExportHooks.h"
 #include "HTMLExporter.h"
 #include "Hypertext.h"
+#include "Node.h"
 #include "Props.h"
 #include "STemplateFile.h"
 #include "TextExporter.h"
@@ -112,6 +113,13 @@ int RunExport(const ExportState& state) {
             exporter.SetTemplateText(text.str());
         }
     } else if (!exporter.HasTemplate()) {
+        // A template file named by the document is read only when allowed.
+        std::string named = session->Document()->Root()->GetString("HTMLExportTemplate");
+        std::error_code code;
+        if (!named.empty() && named[0] == '/' && !CommandTrust::Allowed() &&
+            std::filesystem::is_regular_file(named, code))
+            return CommandFailure(state.file + " names the template file " + named +
+                                  ", which is read only with --allow-commands");
         return CommandFailure(state.file + " names no export template; choose one with --template (built-in templates: " +
                               BuiltInList() + ")");
     }
@@ -143,7 +151,8 @@ CommandRegistration registration(
         cmd->add_flag("--markdown", state->markdown, "Write a Markdown file per note");
         cmd->add_flag("--opml", state->opml, "Write the whole document as one OPML file");
         cmd->add_flag("--allow-commands", state->allowCommands,
-                      "Let the document run outside programs (HTMLExportCommand, runCommand)");
+                      "Let the document run outside programs (HTMLExportCommand, HTMLPreviewCommand, runCommand) "
+                      "and read template files named by path");
         cmd->callback([&result, state] { result.code = RunExport(*state); });
     },
     75);

@@ -1,5 +1,6 @@
 #include "ExportFileManager.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "Hypertext.h"
@@ -86,17 +87,21 @@ void ExportFileManager::AddName(Node* node, const std::string& prefix) {
         if (!facade.IsExportable())
             continue;
         std::string directory = StripExtension(from);
-        std::string name = UniqueFileNameFor(note, directory);
-        if (facade.CanBeExported() || facade.CanExportChildren()) {
-            names.insert(directory + name);
-            nodeNames[note] = directory + name;
+        std::string full = directory + UniqueFileNameFor(note, directory);
+        // The note is exportable and not the root: it can be exported unless
+        // it says not to.
+        if (!note->GetBoolean("HTMLDontExport") || facade.CanExportChildren()) {
+            names.insert(full);
+            nodeNames[note] = full;
         }
-        std::vector<Node*> children;
-        for (Node* child = note->Son(); child; child = child->Brother())
-            children.push_back(child);
+        if (!note->Son())
+            continue;
+        full += kDelimiter;
         // Pushed youngest first, so that elder siblings take names first.
-        for (auto it = children.rbegin(); it != children.rend(); ++it)
-            pending.emplace_back(*it, directory + name + "/");
+        size_t first = pending.size();
+        for (Node* child = note->Son(); child; child = child->Brother())
+            pending.emplace_back(child, full);
+        std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(first), pending.end());
     }
 }
 

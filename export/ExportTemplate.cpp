@@ -3,6 +3,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "ExportActionQueue.h"
 #include "Exporter.h"
 #include "HTExportPath.h"
 #include "Node.h"
@@ -75,6 +76,7 @@ thread_local ExportTemplate* tRunning = nullptr;
 ExportTemplate* ExportTemplate::Running() { return tRunning; }
 
 int ExportTemplate::Export(std::ostream& stream, Node* node, Node* exporting, ExportView* view) {
+    ExportActionQueue::Scope actions;
     includes.clear();
     Node* saved = exportingNode;
     exportingNode = exporting;

@@ -1,5 +1,6 @@
 #include "Exporter.h"
 
+#include "ExportActionQueue.h"
 #include "HTMLExportSaver.h"
 
 #include <vector>
@@ -24,6 +25,8 @@ Exporter::Exporter(Hypertext* hypertext) : hypertext(hypertext) {}
 Exporter::~Exporter() = default;
 
 bool Exporter::Export(bool all) {
+    // The templates' actions run when the whole export is over.
+    ExportActionQueue::Scope actions;
     LoadTemplate();
     errorCode = 0;
     if (!Prepare(all))
@@ -168,7 +171,26 @@ bool Exporter::CanExportChildren(Node* node) const {
 }
 
 long Exporter::CountExportedNotes() const {
-    return HypertextFacade(hypertext).Count([](Node* n) { return NodeExport(n).WillBeExported(); });
+    // The notes that WillBeExported: below a note that does not export its
+    // children none is, so the walk leaves such branches out.
+    Node* root = HypertextFacade(hypertext).Root();
+    if (!root)
+        return 0;
+    long count = 0;
+    std::vector<Node*> pending;
+    for (Node* child = root->Son(); child; child = child->Brother())
+        pending.push_back(child);
+    while (!pending.empty() && !HypertextFacade(hypertext).IsClosing()) {
+        Node* at = pending.back();
+        pending.pop_back();
+        NodeExport facade(at);
+        if (facade.CanBeExported())
+            ++count;
+        if (facade.CanExportChildren())
+            for (Node* child = at->Son(); child; child = child->Brother())
+                pending.push_back(child);
+    }
+    return count;
 }
 
 void Exporter::UpdateProgress(const std::string& name) {

@@ -1,6 +1,7 @@
 #pragma once
 // Decides whether a page must be written, runs the note's export command
-// when commands are allowed, and writes the file. A page whose text has
+// when commands are allowed, and writes the file (plain open, write and
+// close: no stream, no separate look at the path before each step). A page whose text has
 // not changed is not rewritten, so that its date stays.
 #include <string>
 
@@ -17,6 +18,11 @@ public:
     static bool NothingToExport(const std::string& path, const std::string& text);
     // Writes `text` for `node` at `path` as the rules say. `error` is set
     // on kFailed.
-    static Outcome Export(Node* node, const std::string& path, const std::string& text, std::string& error);
+    // `fresh`: no file can be at the path yet (its folder was just made), so
+    // there is no old one to look at.
+    static Outcome Export(Node* node, const std::string& path, const std::string& text, std::string& error,
+                          bool fresh = false);
+    // The page without a command.
+    static Outcome Write(const std::string& path, const std::string& text, std::string& error, bool fresh);
     static bool Save(const std::string& path, const std::string& text, std::string& error);
 };

@@ -1,7 +1,11 @@
 #include "HTMLExporter.h"
 
+#include <cerrno>
 #include <filesystem>
+#include <system_error>
 #include <vector>
+
+#include <sys/stat.h>
 
 #include "HTMLExportSaver.h"
 #include "Hypertext.h"
@@ -10,6 +14,21 @@
 #include "NodeFacade.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+std::string WithoutTrailingSlash(std::string folder) {
+    while (!folder.empty() && folder.back() == '/')
+        folder.pop_back();
+    return folder;
+}
+
+std::string FolderOf(const std::string& relative) {
+    size_t slash = relative.rfind('/');
+    return slash == std::string::npos ? std::string() : WithoutTrailingSlash(relative.substr(0, slash));
+}
+
+}  // namespace
 
 HTMLExporter::HTMLExporter(Hypertext* hypertext, const std::string& folder) : Exporter(hypertext) {
     SetExportFolder(folder);
@@ -25,14 +44,23 @@ ExportFileManager& HTMLExporter::GetFileManager() {
 
 bool HTMLExporter::Prepare(bool) {
     std::error_code code;
+    bool existed = fs::exists(GetExportFolder(), code);
     fs::create_directories(GetExportFolder(), code);
     if (code || !fs::is_directory(GetExportFolder())) {
-        error = "cannot make the export folder " + GetExportFolder() + ": " + code.message();
-        errorCode = 1;
+        Fail("cannot make the export folder " + GetExportFolder() + ": " + code.message(), true);
         return false;
     }
+    folders.clear();
+    folders[std::string()] = !existed;
+    freshPaths.clear();
     GetFileManager().Initialize();
     return true;
+}
+
+void HTMLExporter::Fail(const std::string& message, bool replaces) {
+    if (replaces || error.empty())
+        error = message;
+    errorCode = 1;
 }
 
 std::string HTMLExporter::RelativeURL(Node* target, Node* current) {
@@ -76,24 +104,36 @@ std::string HTMLExporter::InsideFolder(const std::string& relative) const {
 }
 
 bool HTMLExporter::MakeDirectory(const std::string& relative) {
-    if (relative.empty())
+    std::string key = WithoutTrailingSlash(relative);
+    if (key.empty() || folders.count(key))
         return true;
     std::string path = InsideFolder(relative);
     if (path.empty()) {
-        error = "refused to write outside the export folder: " + relative;
-        errorCode = 1;
+        Fail("refused to write outside the export folder: " + relative, true);
         return false;
     }
-    std::error_code code;
-    if (fs::is_directory(path, code))
+    // Each folder is made once. One that this export made is known to be
+    // empty but for what the export puts there.
+    if (::mkdir(path.c_str(), 0777) == 0) {
+        folders[key] = true;
         return true;
-    fs::create_directories(path, code);
-    if (code) {
-        error = "cannot make the folder " + path + ": " + code.message();
-        errorCode = 1;
-        return false;
     }
-    return true;
+    std::error_code code(errno, std::generic_category());
+    struct stat info;
+    if (code.value() == EEXIST && ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
+        folders[key] = false;
+        return true;
+    }
+    if (code.value() == ENOENT) {
+        // A level above is missing too.
+        code.clear();
+        if (fs::create_directories(path, code), !code && fs::is_directory(path, code)) {
+            folders[key] = false;
+            return true;
+        }
+    }
+    Fail("cannot make the folder " + path + ": " + code.message(), true);
+    return false;
 }
 
 bool HTMLExporter::PrepareDirectoryFor(Node* node) {
@@ -103,19 +143,26 @@ bool HTMLExporter::PrepareDirectoryFor(Node* node) {
     return errorCode == 0;
 }
 
+bool HTMLExporter::IsFresh(const std::string& relative) {
+    auto folder = folders.find(FolderOf(relative));
+    if (folder == folders.end() || !folder->second)
+        return false;
+    // A second file at the same path in one export finds the first.
+    return freshPaths.insert(relative).second;
+}
+
 bool HTMLExporter::WriteFile(const std::string& relative, const std::string& text) {
     std::string path = InsideFolder(relative);
     if (path.empty()) {
-        error = "refused to write outside the export folder: " + relative;
-        errorCode = 1;
+        Fail("refused to write outside the export folder: " + relative, true);
         return false;
     }
-    if (!MakeDirectory(std::filesystem::path(relative).parent_path().string()))
+    if (!MakeDirectory(FolderOf(relative)))
         return false;
+    IsFresh(relative);
     std::string failure;
     if (!SaveIfChanged(path, text, failure)) {
-        error = failure;
-        errorCode = 1;
+        Fail(failure, true);
         return false;
     }
     return true;
@@ -128,26 +175,16 @@ void HTMLExporter::ExportToFile(Node* node) {
     std::string relative = GetFileManager().FileNameFor(node);
     std::string path = InsideFolder(relative);
     if (path.empty()) {
-        if (error.empty())
-            error = "refused to write outside the export folder: " + relative;
-        errorCode = 1;
+        Fail("refused to write outside the export folder: " + relative, false);
         return;
     }
-    std::string folder = fs::path(relative).parent_path().string();
-    if (folder != madeFolder) {
-        if (!MakeDirectory(folder))
-            return;
-        madeFolder = folder;
-    }
+    if (!MakeDirectory(FolderOf(relative)))
+        return;
     std::string failure;
-    switch (HTMLExportSaver::Export(node, path, text, failure)) {
+    switch (HTMLExportSaver::Export(node, path, text, failure, IsFresh(relative))) {
     case HTMLExportSaver::kWritten: ++written; break;
     case HTMLExportSaver::kUnchanged: ++unchanged; break;
     case HTMLExportSaver::kSkipped: break;
-    case HTMLExportSaver::kFailed:
-        if (error.empty())
-            error = failure;
-        errorCode = 1;
-        break;
+    case HTMLExportSaver::kFailed: Fail(failure, false); break;
     }
 }

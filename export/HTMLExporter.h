@@ -3,8 +3,13 @@
 // folder named after their parent's page, links relative between pages.
 // Every file it writes lies inside the export folder, whatever the notes'
 // names hold.
+//
+// Each folder is made once; in a folder this export made, a page cannot be
+// there already and is written without looking for an old one.
 #include <memory>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "ExportFileManager.h"
 #include "Exporter.h"
@@ -32,13 +37,22 @@ public:
     const std::string& Error() const { return error; }
 
 private:
+    // Records a failure. `replaces`: the message takes the place of an
+    // earlier one (otherwise it is kept only when it is the first).
+    void Fail(const std::string& message, bool replaces);
     // The path inside the export folder for a relative name; empty when the
     // name would lead outside it.
     std::string InsideFolder(const std::string& relative) const;
     bool MakeDirectory(const std::string& relative);
+    // Whether no file can be at this path yet: its folder was made by this
+    // export and nothing has been written there at that path.
+    bool IsFresh(const std::string& relative);
 
     std::unique_ptr<ExportFileManager> files;
     std::string error;
-    // The folder of the last page written, known to exist.
-    std::string madeFolder = "\n";
+    // Folders known to exist, relative to the export folder ("" for the
+    // folder itself), each with whether this export made it.
+    std::unordered_map<std::string, bool> folders;
+    // Paths written in the folders this export made.
+    std::unordered_set<std::string> freshPaths;
 };

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <random>
 
+#include "CommandTrust.h"
 #include "ExportTemplate.h"
 #include "Node.h"
 #include "NodeFacade.h"
@@ -66,13 +67,22 @@ std::string MarkupText::ExportValue(Node* node, ExportTemplate* exportTemplate) 
     bool noMarkup = target->GetAttribute("HTMLMarkupText") && !target->GetBoolean("HTMLMarkupText");
     bool markdown = target->GetBoolean("HTMLMarkdown");
     bool verbatim = noMarkup || NodeFacade(target).IsTemplate() || plain;
+    // A preview command is an outside program that turns the text into the
+    // page's text. It runs only when the user allowed commands; a refused one
+    // is reported (once) and the text is exported as if there were none.
+    std::string command = target->GetString("HTMLPreviewCommand");
+    if (!command.empty() && !CommandTrust::Allowed()) {
+        CommandTrust::Run(target, command, std::string(), "~");
+        command.clear();
+    }
     std::string text = NodeText(target).GetText();
-    if (!markdown && !verbatim) {
+    if (!markdown && !verbatim && command.empty()) {
         int limit = words > 0 ? static_cast<int>(FindFirstWordsOf(text, words)) : 0;
         return exportTemplate->DoTextMarkup(target, limit);
     }
     std::string source = verbatim ? text : exportTemplate->DoTextMarkup(target, 0);
-    // Preview commands are outside programs; this system runs none here.
+    if (!command.empty())
+        return CommandTrust::Run(target, command, exportTemplate->ProcessExportElements(source, target), "~");
     if (words > 0)
         source.resize(FindFirstWordsOf(source, words));
     return EntityFilter(source, target, exportTemplate);

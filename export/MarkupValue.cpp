@@ -2,6 +2,7 @@
 
 #include "AAType.h"
 #include "Action.h"
+#include "ExportActionQueue.h"
 #include "ExportTemplate.h"
 #include "Hypertext.h"
 #include "MatchList.h"
@@ -66,10 +67,7 @@ std::string MarkupAction::ExportValue(Node* node, ExportTemplate* exportTemplate
         return std::string();
     MatchList scratch;
     MatchList& matches = exportTemplate ? GetMatchList(exportTemplate) : scratch;
-    try {
-        Action::Do(node, matches, arguments);
-    } catch (const ActionDeletedException&) {
-    }
+    ExportActionQueue::Defer(node, matches, arguments);
     return std::string();
 }
 

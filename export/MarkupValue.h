@@ -23,7 +23,8 @@ private:
     AAValuePtr expression;
 };
 
-// ^action(code)^: runs the code on the note; writes nothing.
+// ^action(code)^: queues the code to run on the note once the export is
+// over (ExportActionQueue); writes nothing.
 class MarkupAction : public MarkupExportElement {
 public:
     using MarkupExportElement::MarkupExportElement;

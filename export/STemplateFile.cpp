@@ -1,6 +1,13 @@
 #include "STemplateFile.h"
 
+#include <cerrno>
 #include <map>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "CommandTrust.h"
 
 namespace {
 
@@ -81,9 +88,40 @@ const std::map<std::string, const char*>& Templates() {
 
 }  // namespace
 
-std::string STemplateFile::BuiltInTemplate(const std::string& name) {
-    if (name.empty() || name[0] == '/')
+std::string STemplateFile::ReadTemplateFile(const std::string& path) {
+    // A document is code from whoever wrote it, and what a template reads
+    // ends up in pages that may be published: files are read only when the
+    // user allowed the document outside programs, which could read them
+    // anyway.
+    if (!CommandTrust::Allowed())
         return std::string();
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0)
+        return std::string();
+    struct stat info;
+    std::string text;
+    if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kMaxFileSize) {
+        text.resize(static_cast<size_t>(info.st_size));
+        size_t got = 0;
+        while (got < text.size()) {
+            ssize_t n = ::read(fd, text.data() + got, text.size() - got);
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                break;
+            got += static_cast<size_t>(n);
+        }
+        text.resize(got);
+    }
+    ::close(fd);
+    return text;
+}
+
+std::string STemplateFile::BuiltInTemplate(const std::string& name) {
+    if (name.empty())
+        return std::string();
+    if (name[0] == '/')
+        return ReadTemplateFile(name);
     auto found = Templates().find(name);
     return found == Templates().end() ? std::string() : std::string(found->second);
 }

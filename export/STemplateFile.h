@@ -14,10 +14,17 @@
 
 class STemplateFile {
 public:
-    // The text of the built-in template, or "" when there is none. Names
-    // beginning with "/" are file paths, which a document may not read:
-    // they give "" here.
+    // Template files larger than this are not read.
+    static constexpr long kMaxFileSize = 4L << 20;
+
+    // The text of the built-in template, or "" when there is none. A name
+    // beginning with "/" is the path of a template file (see
+    // ReadTemplateFile).
     static std::string BuiltInTemplate(const std::string& name);
+    // The text of the template file at `path`: "" unless outside programs
+    // are allowed (CommandTrust), the path is a regular file and it is no
+    // larger than kMaxFileSize.
+    static std::string ReadTemplateFile(const std::string& path);
     // The templates a user may choose, in order.
     static std::vector<std::string> Names();
     // The page extension a built-in template writes (".html", ".md"), or

@@ -3,11 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
 
 #include "Action.h"
 #include "ActionHooks.h"
 #include "AttributeInfo.h"
 #include "AttributeType.h"
+#include "CommandTrust.h"
+#include "ExportActionQueue.h"
 #include "ExportElement.h"
 #include "ExportHooks.h"
 #include "ExportTemplate.h"
@@ -17,6 +22,7 @@
 #include "Node.h"
 #include "NodeHelpers.h"
 #include "NodeLinks.h"
+#include "STemplateFile.h"
 #include "STime.h"
 
 namespace {
@@ -132,6 +138,64 @@ TEST_F(TemplateTest, TextElements) {
     // A note's text that holds elements is expanded for the note.
     NodeText(b).SetText("^value($Name)^");
     EXPECT_EQ(Expand("^text^", b), "B");
+}
+
+TEST_F(TemplateTest, PreviewCommandRunsOnlyWhenAllowed) {
+    // The command gets the note's text, its elements expanded.
+    NodeText(b).SetText("b is ^value($Name)^");
+    b->Set("HTMLPreviewCommand", "tr a-z A-Z");
+    CommandTrust::Allow(false);
+    CommandTrust::ResetReports();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Expand("^text^", b), "<p>b is B</p>");
+    EXPECT_EQ(Expand("^text^", b), "<p>b is B</p>");
+    std::string refused = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(refused.begin(), refused.end(), '\n'), 1);
+    EXPECT_NE(refused.find("tr a-z A-Z"), std::string::npos);
+
+    CommandTrust::Allow(true);
+    EXPECT_EQ(Expand("^text^", b), "<P>B IS B</P>");
+    EXPECT_EQ(Expand("^text(plain)^", b), "B IS B");
+    CommandTrust::Allow(false);
+}
+
+TEST_F(TemplateTest, TemplateFilesAreReadOnlyWhenAllowed) {
+    std::filesystem::path file =
+        std::filesystem::temp_directory_path() / ("rylvane-template-" + std::to_string(::getpid()) + ".txt");
+    std::ofstream(file) << "<^title^>";
+    std::string include = "^include(/Top/B," + file.string() + ")^";
+    std::string notFound = "^include(/Top/B," + file.string() + ")::template not found, or template includes itself";
+    CommandTrust::Allow(false);
+    EXPECT_EQ(Expand(include), notFound);
+    CommandTrust::Allow(true);
+    EXPECT_EQ(Expand(include), "<B>");
+    // A folder or an oversized file is no template.
+    EXPECT_EQ(STemplateFile::BuiltInTemplate(file.string()), "<^title^>");
+    EXPECT_EQ(STemplateFile::BuiltInTemplate(std::filesystem::temp_directory_path().string()), "");
+    std::filesystem::resize_file(file, STemplateFile::kMaxFileSize + 1);
+    EXPECT_EQ(Expand(include), notFound);
+    CommandTrust::Allow(false);
+    std::filesystem::remove(file);
+}
+
+TEST_F(TemplateTest, ActionsRunWhenTheExpansionIsOver) {
+    a->SetDouble("Count", 1);
+    // The page shows the value from before its action, which has run once
+    // the expansion is over.
+    EXPECT_EQ(Expand("^action($Count=$Count+1)^^value($Count)^|^action($Count=$Count*10)^^value($Count)^"), "1|1");
+    EXPECT_EQ(a->GetString("Count"), "20");
+    EXPECT_EQ(ExportActionQueue::Pending(), 0u);
+    // An action that deletes its note stops the actions queued for it.
+    EXPECT_EQ(Expand("^action(delete(this))^^action($Name=\"late\")^", b), "");
+    EXPECT_TRUE(b->IsHidden());
+    EXPECT_EQ(b->Name(), "B");
+    // Actions whose expansions queue actions without end stop.
+    Node* templates = Make("Templates");
+    Node* again = Make("Again", templates);
+    again->SetBoolean("IsTemplate", true);
+    NodeText(again).SetText("^action($Count=$Count+1;exportedString(this,\"/Templates/Again\"))^");
+    Expand("^include(/Top/A,/Templates/Again)^");
+    EXPECT_EQ(a->GetString("Count"), std::to_string(21 + ExportActionQueue::kMaxGenerations));
 }
 
 TEST_F(TemplateTest, FailuresShowInTheOutput) {
