@@ -268,7 +268,9 @@ TEST_F(NoteTestFunctionsTest, DuplicateNamesOverALargeDocumentAreQuick) {
     EXPECT_LT(asking, 50 * reading + 0.5) << asking << " s against " << reading << " s";
 }
 
-class WordFunctionsTest : public NoteTestFunctionsTest {
+// The word functions ask the indexes, which reindex changed notes on their
+// queue.
+class WordIndexQueueTest : public NoteTestFunctionsTest {
 protected:
     void SetUp() override {
         NoteTestFunctionsTest::SetUp();
@@ -277,7 +279,7 @@ protected:
     void Text(Node* note, const std::string& text) { NodeText(note).SetText(text); }
 };
 
-TEST_F(WordFunctionsTest, WordsOfTheNoteIndex) {
+TEST_F(WordIndexQueueTest, WordsOfTheNoteIndex) {
     Text(a, "The quick brown fox, and 42 geese in 2024.");
     EXPECT_TRUE(Holds("word(quick)", a));
     EXPECT_TRUE(Holds("word(\"QUICK\")", a)) << "the word is filtered as the text is";
@@ -303,7 +305,7 @@ TEST_F(WordFunctionsTest, WordsOfTheNoteIndex) {
     EXPECT_TRUE(Holds("word(lazy)", alias));
 }
 
-TEST_F(WordFunctionsTest, SimilarNotesByTheirWords) {
+TEST_F(WordIndexQueueTest, SimilarNotesByTheirWords) {
     Node* model = MakeNote("Model", proto);
     Node* close = MakeNote("Close", proto);
     Node* near = MakeNote("Near", proto);

@@ -242,3 +242,39 @@ TEST(LynxQueueTest, ChangedTextIsReindexedOnTheQueue) {
     document.MergeNow(&doc);
     EXPECT_EQ(document.Get("later"), 1);
 }
+
+TEST(LynxUpdaterQueueTest, DocumentOwnedUpdaterAndRememberedAnswers) {
+    Hypertext doc;
+    Node* query = Make(doc, "Query", "river boat fishing");
+    Node* shared = Make(doc, "Shared", "river boat");
+    Node* unrelated = Make(doc, "Unrelated", "mountain snow");
+    ASSERT_EQ(LynxUpdater::For(&doc), nullptr);
+    LynxUpdater& owned = LynxUpdater::Ensure(&doc);
+    EXPECT_EQ(LynxUpdater::For(&doc), &owned);
+    EXPECT_EQ(&LynxUpdater::Ensure(&doc), &owned);
+    EXPECT_TRUE(owned.HasWord(query, "Fishing"));
+    EXPECT_FALSE(owned.HasWord(query, "snow"));
+    EXPECT_EQ(owned.MostSimilar(query, 5), std::vector<Node*>{shared});
+    EXPECT_EQ(owned.MostSimilar(query, 1), std::vector<Node*>{shared});
+    EXPECT_TRUE(owned.MostSimilar(query, 0).empty());
+
+    // The same question after a change of words is answered anew: by the
+    // reindexing that the change queues, and by a note that came since.
+    InstallTextHooks();
+    NodeText(unrelated).SetText("river boat fishing");
+    EXPECT_EQ(owned.MostSimilar(query, 1), std::vector<Node*>{unrelated});
+    Node* late = Make(doc, "Late", "river boat fishing");
+    owned.IndexNow(late);
+    EXPECT_EQ(owned.MostSimilar(query, 5).size(), 3u);
+    EXPECT_TRUE(owned.HasWord(late, "boat"));
+
+    // A command's updater stands in for a while; the document's own comes
+    // back when it goes.
+    {
+        LynxUpdater command(&doc);
+        EXPECT_EQ(LynxUpdater::For(&doc), &command);
+        EXPECT_EQ(&LynxUpdater::Ensure(&doc), &command);
+    }
+    EXPECT_EQ(LynxUpdater::For(&doc), nullptr);
+    EXPECT_EQ(&LynxUpdater::Ensure(&doc), &owned);
+}
