@@ -292,13 +292,15 @@ namespace {
 
 // The notes of a document by name, for isDuplicateName: for each name, the
 // first two notes in outline order below the root that bear it and are
-// neither aliases nor hidden. Made in one walk and kept while the document
-// shows no sign of change: notes come and go (the index's count) or are
-// renamed (the name index falls out of date, and is brought up to date here
-// so that the next rename shows again). The notes an answer rests on are
-// checked to be there, under that name, before they count; and the census
-// is made anew after as many answers as the document has notes, so that
-// nothing it could miss outlives one query over the document.
+// neither aliases nor hidden. Made in one walk and kept for one pass over
+// the document (a query or a scan of rules asks note after note) while the
+// document shows no sign of change: notes come and go (the index's count)
+// or are renamed (the name index falls out of date, and is brought up to
+// date here so that the next rename shows again). The notes an answer rests
+// on are checked to be there, under that name, before they count. A pass
+// ends when the note the census was made for is asked again after others,
+// or after as many answers as the document has notes: what the signs could
+// miss (a rename whose trace someone else cleared) never outlives a pass.
 class NameCensus : public DocumentPart {
 public:
     bool HasOther(Hypertext* document, const Node* self, const std::string& name) {
@@ -311,8 +313,15 @@ public:
             made = false;
         }
         long notes = index->count();
-        if (!made || notes != counted || answers >= static_cast<unsigned long>(notes) + kLeastAnswers)
+        bool newPass = self == passStart && askedOthers;
+        if (!made || newPass || notes != counted || answers >= static_cast<unsigned long>(notes) + kLeastAnswers) {
             Make(document, notes);
+            // Only compared, never followed.
+            passStart = self;
+            askedOthers = false;
+        } else if (self != passStart) {
+            askedOthers = true;
+        }
         ++answers;
         int other = Other(index, self, name);
         if (other < 0) {
@@ -379,6 +388,8 @@ private:
     bool made = false;
     long counted = -1;
     unsigned long answers = 0;
+    const Node* passStart = nullptr;
+    bool askedOthers = false;
     std::unordered_map<std::string, Bearers> byName;
 };
 

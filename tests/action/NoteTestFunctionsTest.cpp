@@ -14,6 +14,7 @@
 #include "MatchList.h"
 #include "NodeFacade.h"
 #include "NodeLinks.h"
+#include "NodeIndex.h"
 #include "NoteQuery.h"
 
 namespace {
@@ -228,6 +229,16 @@ TEST_F(NoteTestFunctionsTest, DuplicateNamesFollowRenamesAndRemovals) {
     EXPECT_TRUE(Holds("isDuplicateName()", alias));
     other->Hide();
     EXPECT_FALSE(Holds("isDuplicateName()", d));
+    // A rename whose trace in the name index someone else cleared shows
+    // from the next pass over the notes on.
+    MakeNote("Pass", proto);
+    for (Node* note : {a, b, c, d})
+        EXPECT_FALSE(Holds("isDuplicateName()", note));
+    Do("$Name = \"B\"", e);
+    doc.GetIndex()->Rebuild();
+    EXPECT_FALSE(Holds("isDuplicateName()", a));
+    EXPECT_TRUE(Holds("isDuplicateName()", b));
+    Do("$Name = \"E\"", e);
     // The root is not among the bearers; notes of the default name are.
     doc.Root()->SetName("Top");
     EXPECT_FALSE(Holds("isDuplicateName()", top));
