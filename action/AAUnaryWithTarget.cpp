@@ -269,7 +269,7 @@ bool AASimilar::Test(Node* note, MatchList& matches) const {
         return false;
     // The index holds originals: an alias is as similar as its original.
     const Node* self = note->GetOriginal();
-    for (const Node* similar : mostSimilar(model, static_cast<size_t>(count)))
+    for (const Node* similar : mostSimilar(model, static_cast<size_t>(count), note))
         if (similar == self)
             return true;
     return false;

@@ -48,11 +48,11 @@ void InstallTextHooks() {
                 return false;
             return LynxUpdater::Ensure(hypertext).HasWord(note, word);
         };
-        hooks.mostSimilarNotes = [](Node* note, size_t count) {
+        hooks.mostSimilarNotes = [](Node* note, size_t count, const Node* asking) {
             Hypertext* hypertext = note ? note->GetHypertext() : nullptr;
             if (!hypertext || note->Invalid() || hypertext->IsClosing())
                 return std::vector<Node*>();
-            return LynxUpdater::Ensure(hypertext).MostSimilar(note, count);
+            return LynxUpdater::Ensure(hypertext).MostSimilar(note, count, asking);
         };
     });
 }
@@ -249,7 +249,7 @@ bool LynxUpdater::HasWord(Node* node, const std::string& word) {
     return lynx && lynx->Get(word) > 0;
 }
 
-std::vector<Node*> LynxUpdater::MostSimilar(Node* node, size_t count) {
+std::vector<Node*> LynxUpdater::MostSimilar(Node* node, size_t count, const Node* asking) {
     if (!node || node->Invalid() || count == 0)
         return {};
     std::lock_guard<std::mutex> guard(similarLock);
@@ -266,14 +266,19 @@ std::vector<Node*> LynxUpdater::MostSimilar(Node* node, size_t count) {
     }
     long notes = HypertextFacade(hypertext).NodeCount();
     uint32_t id = node->GetID().GetID();
-    if (remembered.node == node && remembered.id == id && remembered.count == count &&
-        remembered.generation == now && remembered.notes == notes)
+    // The note that asked first asking again, after others, begins a new pass.
+    bool newPass = !asking || (asking == remembered.passStart && remembered.askedOthers);
+    if (!newPass && remembered.node == node && remembered.id == id && remembered.count == count &&
+        remembered.generation == now && remembered.notes == notes) {
+        if (asking != remembered.passStart)
+            remembered.askedOthers = true;
         return remembered.found;
+    }
     std::vector<Node*> found;
     // An alias has no index of its own: its original's words stand for it.
     if (const Lynx* lynx = GetLynx(node->GetOriginal()))
         for (const LynxRecord& record : lynx->MostSimilarTo(node, count, false))
             found.push_back(record.node);
-    remembered = Remembered{node, id, count, now, notes, found};
+    remembered = Remembered{node, id, count, now, notes, found, asking, false};
     return found;
 }

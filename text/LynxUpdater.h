@@ -68,10 +68,13 @@ public:
     // The notes most similar to `node`, best first, at most `count`. The
     // first call indexes every note; later calls merge the document index
     // again (at most every kMergeInterval seconds) when notes were
-    // reindexed since. The answer for one note and count is remembered
-    // until an index changes or notes come or go, so that a query asking
-    // it for every note of the document scans the document once.
-    std::vector<Node*> MostSimilar(Node* node, size_t count);
+    // reindexed since. `asking` is the note the question is computed for.
+    // The answer for one note and count is remembered for one pass of
+    // questions (until the note that asked first asks again after others),
+    // and less when an index changes or notes come or go, so that a query
+    // asking it for every note of the document scans the document once per
+    // pass. Without `asking` nothing is remembered.
+    std::vector<Node*> MostSimilar(Node* node, size_t count, const Node* asking = nullptr);
 
 private:
     std::vector<const Attribute*> IndexedAttributes() const;
@@ -107,6 +110,9 @@ private:
         uint64_t generation = 0;
         long notes = -1;
         std::vector<Node*> found;
+        // Only compared, never followed.
+        const Node* passStart = nullptr;
+        bool askedOthers = false;
     } remembered;
 };
 

@@ -109,8 +109,10 @@ struct Hooks {
     std::function<bool(Node* note, const std::string& word)> noteHasWord;
     // The notes whose words are most like those of `note`, best first, at
     // most `count`; the document's indexes are made when first asked.
+    // `asking` is the note the question is computed for: a query asks note
+    // after note, and the answer may be kept for the rest of such a pass.
     // Empty: none.
-    std::function<std::vector<Node*>(Node* note, size_t count)> mostSimilarNotes;
+    std::function<std::vector<Node*>(Node* note, size_t count, const Node* asking)> mostSimilarNotes;
 
     // -------------------------------------------------------------- export
     // Installed by the export layer.
