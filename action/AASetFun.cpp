@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -16,6 +17,7 @@
 #include "NodeIndex.h"
 #include "MatchList.h"
 #include "Node.h"
+#include "NodeFacade.h"
 #include "Parser.h"
 #include "STime.h"
 
@@ -91,7 +93,24 @@ private:
             parent = known->second;
         }
         Node* found = parent ? index->Find(std::string(step)) : nullptr;
-        return found && !found->Invalid() && found->Father() == parent ? found : nullptr;
+        if (!found || found->Invalid() || found->Father() != parent)
+            return nullptr;
+        // The index leaves out aliases, hidden and untitled notes, which the
+        // walk takes like any child: when one of them bears the name among
+        // the parent's children, it may stand before the indexed note, and
+        // the walk decides.
+        return UnindexedNames(parent).count(found->Name()) ? nullptr : found;
+    }
+
+    // The names of the parent's children that the name index does not hold,
+    // gathered once per parent.
+    const std::unordered_set<std::string>& UnindexedNames(const Node* parent) {
+        auto [entry, made] = unindexed.try_emplace(parent);
+        if (made)
+            for (Node* c = parent->Son(); c; c = c->Brother())
+                if (c->IsAlias() || c->IsHidden() || NodeFacade(c).IsUntitled())
+                    entry->second.insert(c->Name());
+        return entry->second;
     }
 
     // White space and newlines, as trimming a step removes them; steps that
@@ -134,6 +153,7 @@ private:
     NodeIndex* index = nullptr;
     std::unordered_map<std::string_view, Node*> parents;
     std::unordered_map<const Node*, std::unordered_map<std::string, Node*>> children;
+    std::unordered_map<const Node*, std::unordered_set<std::string>> unindexed;
 };
 
 bool NumericLess(const std::string& a, const std::string& b) {

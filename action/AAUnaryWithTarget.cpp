@@ -2,11 +2,13 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "AAArguments.h"
 #include "AttributeType.h"
 #include "HTPath.h"
+#include "Hooks.h"
 #include "Hypertext.h"
 #include "Link.h"
 #include "LinkBundle.h"
@@ -240,6 +242,39 @@ bool AABetween::Test(Node* note, MatchList& matches) const {
     return lowText <= text && text < highText;
 }
 
+// ---------------------------------------------------------------------------
+// Words
+
+bool AAWord::Test(Node* note, MatchList& matches) const {
+    const auto& hasWord = GetHooks().noteHasWord;
+    if (!hasWord || !operand)
+        return false;
+    std::string word = Parser::TrimQuotes(DesignatorText(operand.get(), note, matches));
+    if (word.empty())
+        return false;
+    return hasWord(note, word);
+}
+
+bool AASimilar::Test(Node* note, MatchList& matches) const {
+    const auto& mostSimilar = GetHooks().mostSimilarNotes;
+    if (!mostSimilar)
+        return false;
+    Node* model = FirstTarget(note, matches);
+    if (!model || model->Invalid() || model->IsHidden())
+        return false;
+    long count = kDefaultCount;
+    if (const AAValue* countArgument = NthArgument(operand.get(), 1))
+        count = ArgumentCount(countArgument, note, matches);
+    if (count < 1)
+        return false;
+    // The index holds originals: an alias is as similar as its original.
+    const Node* self = note->GetOriginal();
+    for (const Node* similar : mostSimilar(model, static_cast<size_t>(count), note))
+        if (similar == self)
+            return true;
+    return false;
+}
+
 bool AAInheritsFrom::Test(Node* note, MatchList& matches) const {
     Node* ancestor = FirstTarget(note, matches);
     if (!ancestor)
@@ -253,22 +288,121 @@ bool AAInheritsFrom::Test(Node* note, MatchList& matches) const {
     return false;
 }
 
+namespace {
+
+// The notes of a document by name, for isDuplicateName: for each name, the
+// first two notes in outline order below the root that bear it and are
+// neither aliases nor hidden. Made in one walk and kept for one pass over
+// the document (a query or a scan of rules asks note after note) while the
+// document shows no sign of change: notes come and go (the index's count)
+// or are renamed (the name index falls out of date, and is brought up to
+// date here so that the next rename shows again). The notes an answer rests
+// on are checked to be there, under that name, before they count. A pass
+// ends when the note the census was made for is asked again after others,
+// or after as many answers as the document has notes: what the signs could
+// miss (a rename whose trace someone else cleared) never outlives a pass.
+class NameCensus : public DocumentPart {
+public:
+    bool HasOther(Hypertext* document, const Node* self, const std::string& name) {
+        std::lock_guard<std::mutex> guard(lock);
+        NodeIndex* index = document->GetIndex();
+        if (!index)
+            return false;
+        if (index->NeedsUpdate()) {
+            index->UpdateIfNeeded();
+            made = false;
+        }
+        long notes = index->count();
+        bool newPass = self == passStart && askedOthers;
+        if (!made || newPass || notes != counted || answers >= static_cast<unsigned long>(notes) + kLeastAnswers) {
+            Make(document, notes);
+            // Only compared, never followed.
+            passStart = self;
+            askedOthers = false;
+        } else if (self != passStart) {
+            askedOthers = true;
+        }
+        ++answers;
+        int other = Other(index, self, name);
+        if (other < 0) {
+            // A note it rests on is gone or renamed: ask a fresh census.
+            Make(document, notes);
+            other = Other(index, self, name);
+        }
+        return other > 0;
+    }
+
+private:
+    struct Bearer {
+        const Node* note = nullptr;
+        uint32_t id = 0;
+        std::string creator;
+    };
+    struct Bearers {
+        Bearer first;
+        Bearer second;
+    };
+
+    static constexpr unsigned long kLeastAnswers = 1000;
+
+    static bool Counts(const Node* note) { return !note->IsAlias() && !note->IsHidden(); }
+
+    void Make(Hypertext* document, long notes) {
+        byName.clear();
+        Node* root = document->Root();
+        Node* end = root ? root->Sentinel() : nullptr;
+        for (Node* n = root ? root->Next() : nullptr; n && n != end; n = n->Next()) {
+            if (!Counts(n))
+                continue;
+            Bearers& bearers = byName[n->Name()];
+            Bearer& slot = !bearers.first.note ? bearers.first : bearers.second;
+            if (!slot.note)
+                slot = Bearer{n, n->GetID().GetID(), n->GetID().GetCreator()};
+        }
+        made = true;
+        counted = notes;
+        answers = 0;
+    }
+
+    // 1 when a note other than `self` bears the name, 0 when none does, -1
+    // when a note the census names is no longer what it was.
+    int Other(NodeIndex* index, const Node* self, const std::string& name) const {
+        auto it = byName.find(name);
+        if (it == byName.end())
+            return 0;
+        for (const Bearer* bearer : {&it->second.first, &it->second.second}) {
+            if (!bearer->note)
+                continue;
+            // The pointer is only compared until the index shows that it is
+            // still a note of the document.
+            const Node* found = index->Find(bearer->id, bearer->creator);
+            if (found != bearer->note || found->Invalid() || !Counts(found) || found->Name() != name)
+                return -1;
+            if (found != self)
+                return 1;
+        }
+        return 0;
+    }
+
+    std::mutex lock;
+    bool made = false;
+    long counted = -1;
+    unsigned long answers = 0;
+    const Node* passStart = nullptr;
+    bool askedOthers = false;
+    std::unordered_map<std::string, Bearers> byName;
+};
+
+}  // namespace
+
 bool AADuplicateName::Test(Node* note, MatchList&) const {
     Hypertext* document = note->GetHypertext();
     if (!document || !document->Root())
         return false;
+    auto* census = static_cast<NameCensus*>(
+        document->Part("action.NameCensus", [] { return std::make_unique<NameCensus>(); }));
     const Node* self = note->GetOriginal();
-    std::string name = self->Name();
-    auto other = [&](const Node* candidate) {
-        return candidate && !candidate->IsAlias() && !candidate->IsHidden() && candidate->GetOriginal() != self &&
-               candidate->Name() == name;
-    };
-    // The index names the first note of a name at once; only when that is
-    // this note itself does the whole outline need a look.
-    if (NodeIndex* index = document->GetIndex())
-        if (other(index->Find(name)))
-            return true;
-    return NodeFacade(document->Root()).First([&](Node* candidate) { return other(candidate); }) != nullptr;
+    return census->HasOther(document, self, self->Name());
 }
 
 bool AALocalValue::Test(Node* note, MatchList& matches) const {

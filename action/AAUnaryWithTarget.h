@@ -163,16 +163,30 @@ protected:
     bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AAWord : public AAFunction {
+// `word(text)`: the word index of the note holds the word. The index counts the words of a
+// note's text, name and text attributes, in lower case, of three letters or
+// more and without digits; the word is filtered the same way.
+class AAWord : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AAWord"; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
-class AASimilar : public AAFunction {
+// `similarTo(designator[, count])`: the note is among the `count` notes
+// (kDefaultCount when not given) whose words are most like those of the
+// designated note, as the word index scores them. The designated note is
+// never similar to itself.
+class AASimilar : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AASimilar"; }
+    static constexpr long kDefaultCount = 10;
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };
 
 // `inheritsFrom(designator)`: the designated note is on the note's

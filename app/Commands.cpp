@@ -7,6 +7,8 @@
 #include <cstring>
 #include <vector>
 
+#include "LynxUpdater.h"
+
 namespace {
 
 struct Entry {
@@ -73,6 +75,9 @@ int RunRylvane(int argc, char** argv) {
     app.footer("Output is one value or one item a line. A name that holds a control character (such as a line "
                "break) or begins with a double quote is printed in double quotes, with \\n, \\r, \\t, \\\", "
                "\\\\ and \\xHH for such characters. A value that begins with \"-\" needs \"--\" before it.");
+
+    // Action code of any command may ask the word indexes (word, similarTo).
+    InstallTextHooks();
 
     CommandResult result;
     auto entries = Registry();

@@ -22,14 +22,37 @@ std::unordered_map<const Hypertext*, LynxUpdater*>& Registry() {
     return *registry;
 }
 
+// The updater a document owns when action code asked for its indexes and
+// no one had made an updater for it.
+class UpdaterPart : public DocumentPart {
+public:
+    explicit UpdaterPart(Hypertext* hypertext) : updater(hypertext) {}
+    LynxUpdater updater;
+};
+
+const char* const kUpdaterPart = "text.LynxUpdater";
+
 } // namespace
 
 void InstallTextHooks() {
     static std::once_flag once;
     std::call_once(once, [] {
-        EditHooks().textChanged = [](Node* note) {
+        Hooks& hooks = EditHooks();
+        hooks.textChanged = [](Node* note) {
             if (LynxUpdater* updater = LynxUpdater::For(note ? note->GetHypertext() : nullptr))
                 updater->TextChanged(note);
+        };
+        hooks.noteHasWord = [](Node* note, const std::string& word) {
+            Hypertext* hypertext = note ? note->GetHypertext() : nullptr;
+            if (!hypertext || note->Invalid() || hypertext->IsClosing())
+                return false;
+            return LynxUpdater::Ensure(hypertext).HasWord(note, word);
+        };
+        hooks.mostSimilarNotes = [](Node* note, size_t count, const Node* asking) {
+            Hypertext* hypertext = note ? note->GetHypertext() : nullptr;
+            if (!hypertext || note->Invalid() || hypertext->IsClosing())
+                return std::vector<Node*>();
+            return LynxUpdater::Ensure(hypertext).MostSimilar(note, count, asking);
         };
     });
 }
@@ -62,6 +85,21 @@ LynxUpdater* LynxUpdater::For(const Hypertext* hypertext) {
     std::lock_guard<std::mutex> guard(RegistryLock());
     auto it = Registry().find(hypertext);
     return it == Registry().end() ? nullptr : it->second;
+}
+
+LynxUpdater& LynxUpdater::Ensure(Hypertext* hypertext) {
+    if (LynxUpdater* updater = For(hypertext))
+        return *updater;
+    auto* part = static_cast<UpdaterPart*>(
+        hypertext->Part(kUpdaterPart, [hypertext] { return std::make_unique<UpdaterPart>(hypertext); }));
+    // An updater made for a while beside the document (by a command) takes
+    // the document's place in the registry and leaves it empty when it
+    // goes: the document's own updater stands there again.
+    std::lock_guard<std::mutex> guard(RegistryLock());
+    auto& registered = Registry()[hypertext];
+    if (!registered)
+        registered = &part->updater;
+    return *registered;
 }
 
 Lynx* LynxUpdater::GetLynx(const Node* node) const {
@@ -124,6 +162,7 @@ void LynxUpdater::Store(uint32_t id, const std::string& text, long noteSize) {
     lynx->Scan(text);
     lynx->NoteSize(noteSize);
     lynx->LastIndexed(STime::Now());
+    generation.fetch_add(1);
 }
 
 void LynxUpdater::Add(Node* node) {
@@ -193,4 +232,53 @@ void LynxUpdater::TextChanged(Node* node) {
         return;
     node->NeedsToBeIndexed(false);
     Add(node);
+}
+
+bool LynxUpdater::HasWord(Node* node, const std::string& word) {
+    if (!node || node->Invalid())
+        return false;
+    node = node->GetOriginal();
+    // Changes queued for indexing are counted first.
+    Wait();
+    Lynx* lynx = GetLynx(node);
+    if ((!lynx || node->NeedsToBeIndexed()) && Lynx::IsExportable(node)) {
+        node->NeedsToBeIndexed(false);
+        IndexNow(node);
+        lynx = GetLynx(node);
+    }
+    return lynx && lynx->Get(word) > 0;
+}
+
+std::vector<Node*> LynxUpdater::MostSimilar(Node* node, size_t count, const Node* asking) {
+    if (!node || node->Invalid() || count == 0)
+        return {};
+    std::lock_guard<std::mutex> guard(similarLock);
+    if (!allIndexed) {
+        allIndexed = true;
+        IndexAll();
+        mergedAt = generation.load();
+    }
+    Wait();
+    uint64_t now = generation.load();
+    if (now != mergedAt) {
+        mergedAt = now;
+        document->Merge(hypertext);
+    }
+    long notes = HypertextFacade(hypertext).NodeCount();
+    uint32_t id = node->GetID().GetID();
+    // The note that asked first asking again, after others, begins a new pass.
+    bool newPass = !asking || (asking == remembered.passStart && remembered.askedOthers);
+    if (!newPass && remembered.node == node && remembered.id == id && remembered.count == count &&
+        remembered.generation == now && remembered.notes == notes) {
+        if (asking != remembered.passStart)
+            remembered.askedOthers = true;
+        return remembered.found;
+    }
+    std::vector<Node*> found;
+    // An alias has no index of its own: its original's words stand for it.
+    if (const Lynx* lynx = GetLynx(node->GetOriginal()))
+        for (const LynxRecord& record : lynx->MostSimilarTo(node, count, false))
+            found.push_back(record.node);
+    remembered = Remembered{node, id, count, now, notes, found, asking, false};
+    return found;
 }

@@ -4,6 +4,7 @@
 // thread. Whoever opens a document for similarity work makes one beside it
 // and destroys it before the document; while it lives, For(hypertext)
 // finds it, and notes whose text or name changes are reindexed on its queue.
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -27,6 +28,9 @@ public:
 
     // The updater of a document, or null.
     static LynxUpdater* For(const Hypertext* hypertext);
+    // The updater of a document; when it has none, one is made as a part of
+    // the document and lives as long as the document does.
+    static LynxUpdater& Ensure(Hypertext* hypertext);
 
     // The note's index, null when it has none yet.
     Lynx* GetLynx(const Node* node) const;
@@ -57,6 +61,21 @@ public:
     // A note's text or name changed.
     void TextChanged(Node* node);
 
+    // Whether the note's index holds the word; an exportable note not yet
+    // indexed (or marked as needing it) is indexed first. An alias answers
+    // for its original.
+    bool HasWord(Node* node, const std::string& word);
+    // The notes most similar to `node`, best first, at most `count`. The
+    // first call indexes every note; later calls merge the document index
+    // again (at most every kMergeInterval seconds) when notes were
+    // reindexed since. `asking` is the note the question is computed for.
+    // The answer for one note and count is remembered for one pass of
+    // questions (until the note that asked first asks again after others),
+    // and less when an index changes or notes come or go, so that a query
+    // asking it for every note of the document scans the document once per
+    // pass. Without `asking` nothing is remembered.
+    std::vector<Node*> MostSimilar(Node* node, size_t count, const Node* asking = nullptr);
+
 private:
     std::vector<const Attribute*> IndexedAttributes() const;
     std::string IndexText(const Node* node, const std::vector<const Attribute*>& attributes) const;
@@ -77,9 +96,30 @@ private:
         long size;
     };
     std::vector<Held> held;
+    // Counts the notes stored, so that what was worked out from the indexes
+    // can tell whether they changed since.
+    std::atomic<uint64_t> generation{0};
+    // What MostSimilar remembers, under its own lock.
+    std::mutex similarLock;
+    bool allIndexed = false;
+    uint64_t mergedAt = 0;
+    struct Remembered {
+        const Node* node = nullptr;
+        uint32_t id = 0;
+        size_t count = 0;
+        uint64_t generation = 0;
+        long notes = -1;
+        std::vector<Node*> found;
+        // Only compared, never followed.
+        const Node* passStart = nullptr;
+        bool askedOthers = false;
+    } remembered;
 };
 
 // Installs the index's part of the hooks (values/Hooks.h): a note whose text
-// or name changed is reindexed by its document's updater. Run by the first
-// updater; calling it again does nothing.
+// or name changed is reindexed by its document's updater, and action code
+// asks the indexes whether a note holds a word and which notes are most
+// like one (making the document's updater when it has none). Run by the
+// program at start-up and by the first updater; calling it again does
+// nothing.
 void InstallTextHooks();

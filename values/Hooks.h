@@ -12,6 +12,8 @@
 //   action         InstallActionHooks()  when the action language starts
 //   export         InstallExportHooks()  (export/ExportHooks.h), by the
 //                                        commands that export or evaluate
+//   text           InstallTextHooks()    (text/LynxUpdater.h), by the
+//                                        program at start-up
 //   agents, app    their install function at start-up
 //
 // An empty hook means the layer that installs it is not there (a test of the
@@ -28,6 +30,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "PColor.h"
 
@@ -95,11 +98,21 @@ struct Hooks {
     std::function<Node*(Node* from, const std::string& path)> findPath;
 
     // ---------------------------------------------------------------- text
-    // Installed by the similarity index (LynxUpdater).
+    // Installed by InstallTextHooks() (text/LynxUpdater.h), by the program at
+    // start-up and by the first updater.
 
     // A note's text or name changed: the index reindexes it. Empty: nothing
     // is reindexed.
     std::function<void(Node* note)> textChanged;
+    // Whether the note's word index holds the word (the word filtered as the
+    // index filters text); the index is made when first asked. Empty: false.
+    std::function<bool(Node* note, const std::string& word)> noteHasWord;
+    // The notes whose words are most like those of `note`, best first, at
+    // most `count`; the document's indexes are made when first asked.
+    // `asking` is the note the question is computed for: a query asks note
+    // after note, and the answer may be kept for the rest of such a pass.
+    // Empty: none.
+    std::function<std::vector<Node*>(Node* note, size_t count, const Node* asking)> mostSimilarNotes;
 
     // -------------------------------------------------------------- export
     // Installed by the export layer.

@@ -5,6 +5,8 @@
 
 #include "ActionTestDocument.h"
 
+#include "NodeIndex.h"
+
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -188,6 +190,34 @@ TEST_F(ListFunctionsTest, LongListsFindNotesAsPathsDo) {
     EXPECT_EQ(names.find('X'), std::string::npos);
     EXPECT_EQ(names.substr(names.size() - 3), "A;Y");
     EXPECT_EQ(std::count(names.begin(), names.end(), ';'), 1000);
+}
+
+TEST_F(ListFunctionsTest, NotesTheNameIndexLeavesOutLeadPathsAsTheyDo) {
+    // An alias of Real, and a note of the default name without text, stand
+    // before the notes of their names that the name index holds: the path
+    // leads to them, and so must a list, with the index up to date or not.
+    Node* real = MakeNote("Real", top, b);
+    NodeMaker(&doc).MakeAlias(real, top, b);
+    Node* plain = MakeNote("untitled", top, real);
+    Node* titled = MakeNote("untitled", top, plain);
+    NodeText(titled).SetText("words");
+    ASSERT_EQ(plain->Name(), titled->Name());
+    EXPECT_EQ(Eval("$IsAlias(/Top/Real)"), "true");
+    EXPECT_EQ(Eval("$Text(/Top/untitled)"), "");
+    for (bool indexed : {false, true}) {
+        if (indexed)
+            doc.GetIndex()->Rebuild();
+        EXPECT_EQ(Eval("\"/Top/Real;/Top/untitled;/Top/B\".collect($IsAlias)"), "true;false;false") << indexed;
+        EXPECT_EQ(Eval("\"/Top/untitled;/Top/Real\".every($Text == \"\")"), "true") << indexed;
+        EXPECT_EQ(Eval("\"/Top/Real\".every($IsAlias)"), "true") << indexed;
+    }
+    // A long list brings the index up to date itself.
+    std::string items;
+    for (int i = 0; i < 1000; ++i)
+        items += "/Top/A;";
+    a->Set("Items", items + "/Top/Real");
+    std::string flags = Eval("$Items.collect($IsAlias)");
+    EXPECT_EQ(flags.substr(flags.size() - 5), ";true");
 }
 
 TEST_F(ListFunctionsTest, RunawayArgumentsStayBounded) {

@@ -1,15 +1,21 @@
 // Tests on notes in action code: place in the outline, links, prototypes,
-// local values and names. The outline is
+// local values, names and words. The outline is
 //   Top: A, B, C (C holding D and E), and Proto beside Top.
 #include <gtest/gtest.h>
 
 #include "ActionTestDocument.h"
 
+#include <algorithm>
+#include <chrono>
 #include <string>
 
 #include "Action.h"
+#include "LynxUpdater.h"
 #include "MatchList.h"
+#include "NodeFacade.h"
 #include "NodeLinks.h"
+#include "NodeIndex.h"
+#include "NoteQuery.h"
 
 namespace {
 
@@ -198,6 +204,151 @@ TEST_F(NoteTestFunctionsTest, DesignatorIsRememberedUntilItsNoteIsHidden) {
     // Once C is hidden it is forgotten and the text is resolved again.
     c->Hide();
     EXPECT_TRUE(on(a));
+}
+
+TEST_F(NoteTestFunctionsTest, DuplicateNamesFollowRenamesAndRemovals) {
+    // Answered once, so that what is remembered of the names must follow
+    // each change below.
+    EXPECT_FALSE(Holds("isDuplicateName()", a));
+    EXPECT_FALSE(Holds("isDuplicateName()", d));
+    Do("$Name = \"A\"", e);
+    EXPECT_TRUE(Holds("isDuplicateName()", a));
+    EXPECT_TRUE(Holds("isDuplicateName()", e));
+    Do("$Name = \"E\"", e);
+    EXPECT_FALSE(Holds("isDuplicateName()", a));
+    Node* twin = MakeNote("D", top);
+    EXPECT_TRUE(Holds("isDuplicateName()", d));
+    twin->Hide();
+    EXPECT_FALSE(Holds("isDuplicateName()", d));
+    // A hidden note is refused itself, and a shown one of its name found.
+    Node* other = MakeNote("D", proto);
+    EXPECT_TRUE(Holds("isDuplicateName()", d));
+    EXPECT_FALSE(Holds("isDuplicateName()", twin));
+    // An alias speaks for its original, and is no second bearer of the name.
+    Node* alias = NodeMaker(&doc).MakeAlias(other, top, nullptr);
+    EXPECT_TRUE(Holds("isDuplicateName()", alias));
+    other->Hide();
+    EXPECT_FALSE(Holds("isDuplicateName()", d));
+    // A rename whose trace in the name index someone else cleared shows
+    // from the next pass over the notes on.
+    MakeNote("Pass", proto);
+    for (Node* note : {a, b, c, d})
+        EXPECT_FALSE(Holds("isDuplicateName()", note));
+    Do("$Name = \"B\"", e);
+    doc.GetIndex()->Rebuild();
+    EXPECT_FALSE(Holds("isDuplicateName()", a));
+    EXPECT_TRUE(Holds("isDuplicateName()", b));
+    Do("$Name = \"E\"", e);
+    // The root is not among the bearers; notes of the default name are.
+    doc.Root()->SetName("Top");
+    EXPECT_FALSE(Holds("isDuplicateName()", top));
+    Node* first = MakeNote("", c);
+    Node* second = MakeNote("", c);
+    EXPECT_EQ(first->Name(), second->Name());
+    EXPECT_TRUE(Holds("isDuplicateName()", first));
+}
+
+TEST_F(NoteTestFunctionsTest, DuplicateNamesOverALargeDocumentAreQuick) {
+    // A query that asks every note of a large document must not walk the
+    // document for each note: it may cost a few times a query that reads
+    // each note's name, not thousands of times.
+    const int kNotes = 10000;
+    Node* holder = nullptr;
+    Node* last = nullptr;
+    for (int i = 0; i < kNotes; ++i) {
+        if (i % 500 == 0) {
+            holder = MakeNote("holder " + std::to_string(i), proto, holder);
+            last = nullptr;
+        }
+        last = MakeNote("note " + std::to_string(i), holder, last);
+    }
+    MakeNote("note 17", top);
+    auto seconds = [&](const char* query, NodeVector& found) {
+        auto start = std::chrono::steady_clock::now();
+        found = NoteQuery(query, true).FindAll(&doc);
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    NodeVector named;
+    double reading = seconds("$Name == \"note 17\"", named);
+    NodeVector found;
+    double asking = seconds("isDuplicateName()", found);
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_EQ(found[0]->Name(), "note 17");
+    EXPECT_EQ(found[1]->Name(), "note 17");
+    EXPECT_EQ(named.size(), 2u);
+    EXPECT_LT(asking, 50 * reading + 0.5) << asking << " s against " << reading << " s";
+}
+
+// The word functions ask the indexes, which reindex changed notes on their
+// queue.
+class WordIndexQueueTest : public NoteTestFunctionsTest {
+protected:
+    void SetUp() override {
+        NoteTestFunctionsTest::SetUp();
+        InstallTextHooks();
+    }
+    void Text(Node* note, const std::string& text) { NodeText(note).SetText(text); }
+};
+
+TEST_F(WordIndexQueueTest, WordsOfTheNoteIndex) {
+    Text(a, "The quick brown fox, and 42 geese in 2024.");
+    EXPECT_TRUE(Holds("word(quick)", a));
+    EXPECT_TRUE(Holds("word(\"QUICK\")", a)) << "the word is filtered as the text is";
+    EXPECT_TRUE(Holds("#word(fox)", a));
+    EXPECT_FALSE(Holds("word(\"in\")", a)) << "too short to be indexed";
+    EXPECT_FALSE(Holds("word(\"2024\")", a)) << "digits are never indexed";
+    EXPECT_FALSE(Holds("word(geese2)", a));
+    EXPECT_FALSE(Holds("word(dog)", a));
+    EXPECT_FALSE(Holds("word()", a));
+    // The name is indexed with the text; a computed word is computed.
+    EXPECT_TRUE(Holds("word(top)", top));
+    a->Set("Words", "brown");
+    EXPECT_TRUE(Holds("word($Words)", a));
+    // Each note answers from its own index.
+    EXPECT_FALSE(Holds("word(quick)", b));
+
+    // A change of text is indexed again before the next question.
+    Do("$Text = \"a lazy dog\"");
+    EXPECT_TRUE(Holds("word(lazy)", a));
+    EXPECT_FALSE(Holds("word(quick)", a));
+    // An alias holds its original's words.
+    Node* alias = NodeMaker(&doc).MakeAlias(a, proto, nullptr);
+    EXPECT_TRUE(Holds("word(lazy)", alias));
+}
+
+TEST_F(WordIndexQueueTest, SimilarNotesByTheirWords) {
+    Node* model = MakeNote("Model", proto);
+    Node* close = MakeNote("Close", proto);
+    Node* near = MakeNote("Near", proto);
+    Node* far = MakeNote("Far", proto);
+    Text(model, "apple banana cherry orchard harvest");
+    Text(close, "apple banana cherry orchard");
+    Text(near, "apple tractor");
+    Text(far, "zebra giraffe");
+    Text(d, "walrus narwhal");
+    Text(e, "walrus narwhal");
+    EXPECT_TRUE(Holds("similarTo(/Proto/Model)", close));
+    EXPECT_TRUE(Holds("#similarTo(/Proto/Model)", near));
+    EXPECT_FALSE(Holds("similarTo(/Proto/Model)", far));
+    EXPECT_FALSE(Holds("similarTo(/Proto/Model)", model)) << "a note is not similar to itself";
+    EXPECT_FALSE(Holds("similarTo(/Proto/Nowhere)", close));
+    // The count keeps only the best.
+    EXPECT_TRUE(Holds("similarTo(/Proto/Model, 1)", close));
+    EXPECT_FALSE(Holds("similarTo(/Proto/Model, 1)", near));
+    EXPECT_FALSE(Holds("similarTo(/Proto/Model, 0)", close));
+    // As an agent asks it of every note.
+    NodeVector found = NoteQuery("similarTo(/Proto/Model)", true).FindAll(&doc);
+    std::vector<std::string> names;
+    for (Node* note : found)
+        names.push_back(note->Name());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"Close", "Near"}));
+    EXPECT_TRUE(Holds("similarTo(/Top/C/D)", e));
+    // A changed text changes the answer of the same question.
+    Text(far, "apple banana cherry orchard harvest");
+    EXPECT_TRUE(Holds("similarTo(/Proto/Model)", far));
+    Text(close, "zebra");
+    EXPECT_FALSE(Holds("similarTo(/Proto/Model)", close));
 }
 
 }  // namespace

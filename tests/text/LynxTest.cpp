@@ -242,3 +242,51 @@ TEST(LynxQueueTest, ChangedTextIsReindexedOnTheQueue) {
     document.MergeNow(&doc);
     EXPECT_EQ(document.Get("later"), 1);
 }
+
+TEST(LynxUpdaterQueueTest, DocumentOwnedUpdaterAndRememberedAnswers) {
+    Hypertext doc;
+    Node* query = Make(doc, "Query", "river boat fishing");
+    Node* shared = Make(doc, "Shared", "river boat");
+    Node* unrelated = Make(doc, "Unrelated", "mountain snow");
+    Node* proto = Make(doc, "Proto", "");
+    // Two notes that ask, as a query asks note after note.
+    Node* first = Make(doc, "First", "");
+    Node* second = Make(doc, "Second", "");
+    ASSERT_EQ(LynxUpdater::For(&doc), nullptr);
+    LynxUpdater& owned = LynxUpdater::Ensure(&doc);
+    EXPECT_EQ(LynxUpdater::For(&doc), &owned);
+    EXPECT_EQ(&LynxUpdater::Ensure(&doc), &owned);
+    EXPECT_TRUE(owned.HasWord(query, "Fishing"));
+    EXPECT_FALSE(owned.HasWord(query, "snow"));
+    EXPECT_EQ(owned.MostSimilar(query, 5), std::vector<Node*>{shared});
+    EXPECT_TRUE(owned.MostSimilar(query, 0).empty());
+    EXPECT_EQ(owned.MostSimilar(query, 1, first), std::vector<Node*>{shared});
+    EXPECT_EQ(owned.MostSimilar(query, 1, second), std::vector<Node*>{shared});
+
+    // A change of words is answered anew at once, through the reindexing
+    // that the change queues.
+    InstallTextHooks();
+    NodeText(unrelated).SetText("river boat fishing");
+    EXPECT_EQ(owned.MostSimilar(query, 1, second), std::vector<Node*>{unrelated});
+    // A change the indexes do not see (prototypes weigh the score) shows
+    // from the next pass on: when the note that asked first asks again.
+    query->SetPrototype(proto, false);
+    shared->SetPrototype(proto, false);
+    EXPECT_EQ(owned.MostSimilar(query, 1, first), std::vector<Node*>{unrelated});
+    EXPECT_EQ(owned.MostSimilar(query, 1, second), std::vector<Node*>{shared});
+    // A note that comes is counted at once.
+    Node* late = Make(doc, "Late", "river boat fishing");
+    owned.IndexNow(late);
+    EXPECT_EQ(owned.MostSimilar(query, 5, second).size(), 3u);
+    EXPECT_TRUE(owned.HasWord(late, "boat"));
+
+    // A command's updater stands in for a while; the document's own comes
+    // back when it goes.
+    {
+        LynxUpdater command(&doc);
+        EXPECT_EQ(LynxUpdater::For(&doc), &command);
+        EXPECT_EQ(&LynxUpdater::Ensure(&doc), &command);
+    }
+    EXPECT_EQ(LynxUpdater::For(&doc), nullptr);
+    EXPECT_EQ(&LynxUpdater::Ensure(&doc), &owned);
+}
