@@ -1,4 +1,4 @@
-// A note test and a date difference, each as a query over every note of
+// Note tests and a date difference, each as a query over every note of
 // the 100,000-note benchmark document, the way an agent runs them.
 //
 // Targets (ours): the note test resolves its designator once and then only
@@ -36,6 +36,19 @@ void BM_DescendedFromQuery(benchmark::State& state) {
         state.SkipWithError("descendedFrom found the wrong notes");
 }
 BENCHMARK(BM_DescendedFromQuery)->Unit(benchmark::kMillisecond);
+
+void BM_DuplicateNameQuery(benchmark::State& state) {
+    Hypertext* doc = Shared();
+    // Every note of the benchmark document has a name of its own.
+    NoteQuery query("isDuplicateName()", true);
+    size_t found = 1;
+    for (auto _ : state)
+        found = query.FindAll(doc).size();
+    state.counters["found"] = static_cast<double>(found);
+    if (found != 0)
+        state.SkipWithError("isDuplicateName found notes");
+}
+BENCHMARK(BM_DuplicateNameQuery)->Unit(benchmark::kMillisecond);
 
 void BM_DaysBetweenQuery(benchmark::State& state) {
     Hypertext* doc = Shared();

@@ -13,6 +13,7 @@
 #include "AttributeInfo.h"
 #include "AttributeType.h"
 #include "Hypertext.h"
+#include "LynxUpdater.h"
 #include "MatchList.h"
 #include "Node.h"
 #include "NodeHelpers.h"
@@ -63,6 +64,8 @@ Document MakeDocument() {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     InstallActionHooks();
+    // The word functions ask the document's word index.
+    InstallTextHooks();
     std::string code(reinterpret_cast<const char*>(data), size);
     Document d = MakeDocument();
     MatchList matches;

@@ -84,8 +84,9 @@ TEST_F(ExportCommands, SampleSiteIsWellFormedLinkedAndComplete) {
         std::string word, start;
         for (int i = 0; i < 5 && words >> word; ++i)
             start += (start.empty() ? "" : " ") + word;
-        if (!start.empty() && start.find_first_of("*#<>&^") == std::string::npos)
+        if (!start.empty() && start.find_first_of("*#<>&^") == std::string::npos) {
             EXPECT_NE(page.find(start), std::string::npos) << file << ": " << start;
+        }
     });
     EXPECT_GT(expected, 5);
     EXPECT_EQ(static_cast<long>(pages.size()), expected);
