@@ -32,12 +32,26 @@ public:
     // The attributes the query reads of each note, as `agent`'s document
     // defines them.
     std::vector<const Attribute*> AttributesRead(const Node* agent) const;
+    // Whether the query's answer for a note can depend on nothing but what
+    // the document's notes hold: it is made only of attribute reads,
+    // operators and functions known to compute from their operands alone,
+    // and of literals that do not read as dates (a date text such as "today"
+    // or "next week" is counted from the present moment). A query with a
+    // random or time designator or function, or with any function not known
+    // to be of that kind, answers false.
+    bool DependsOnlyOnNotes() const { return onlyNotes; }
+    // The same test for any parsed tree.
+    static bool TreeDependsOnlyOnNotes(const AAValue* tree);
 
 private:
-    void SetQuery(AAValuePtr parsed) { tree = std::move(parsed); }
+    void SetQuery(AAValuePtr parsed) {
+        tree = std::move(parsed);
+        onlyNotes = TreeDependsOnlyOnNotes(tree.get());
+    }
 
     AAValuePtr tree;
     std::string text;
     bool caseSensitive = true;
     bool prepared = false;
+    bool onlyNotes = false;
 };
