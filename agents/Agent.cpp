@@ -117,15 +117,21 @@ bool Agent::Do(bool force) {
     // tree too, so a changed query or an alias deleted by hand counts as a
     // change. Such a pass is skipped, and the agent's state and aliases stay
     // as they were. The count is read before anything is looked at, so that
-    // a change made while a pass runs makes the next one run.
+    // a change made while a pass runs makes the next one run. The default
+    // values of the attributes the query reads are no note's: a changed
+    // definition makes the pass run too.
     uint64_t changeCount = document ? document->ChangeCount() : 0;
-    if (!force && scannedAt != 0 && changeCount == scannedAt && query.DependsOnlyOnNotes()) {
+    std::string definitions = query.DependsOnlyOnNotes() ? query.Definitions(note) : std::string();
+    if (!force && scannedAt != 0 && changeCount == scannedAt && query.DependsOnlyOnNotes() &&
+        definitions == scannedDefinitions) {
         lastPassSkipped = true;
         return false;
     }
     bool changed = PrepareToMatch();
     if (!query.IsReady(note))
         return changed;
+    // The query may have changed: the attributes it names with it.
+    definitions = query.DependsOnlyOnNotes() ? query.Definitions(note) : std::string();
     MatchList matches;
     matches.CurrentAgent(note);
     searchable = note->GetAttribute("Searchable");
@@ -158,6 +164,7 @@ bool Agent::Do(bool force) {
     if (Closing())
         return changed;
     scannedAt = changeCount;
+    scannedDefinitions = std::move(definitions);
     if (!changed)
         return false;
     StChanges batch(note->GetHypertext());

@@ -77,6 +77,8 @@ private:
     // its end; 0 before the first.
     uint64_t scannedAt = 0;
     bool lastPassSkipped = false;
+    // AgentQuery::Definitions as the last pass that ran to its end read it.
+    std::string scannedDefinitions;
     AgentQuery query;
     AgentState state;
 };

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "Action.h"
+#include "Attribute.h"
 #include "MatchList.h"
 #include "Node.h"
 #include "NoteQuery.h"
@@ -75,6 +76,47 @@ bool Contains(std::string_view text, std::string_view part) {
 }
 
 } // namespace
+
+void AgentQuery::SetQuery(AAValuePtr parsed) {
+    tree = std::move(parsed);
+    onlyNotes = TreeDependsOnlyOnNotes(tree.get());
+    namesRead.clear();
+    if (!onlyNotes)
+        return;
+    // A note that is not searchable is never found.
+    namesRead.push_back("Searchable");
+    // The walk of TreeDependsOnlyOnNotes has passed: the tree is small.
+    std::vector<const AAValue*> pending{tree.get()};
+    while (!pending.empty()) {
+        const AAValue* value = pending.back();
+        pending.pop_back();
+        if (!value)
+            continue;
+        std::string_view kind = value->ClassName();
+        if ((kind == "AAAttributeValue" || kind == "AAStringValue") &&
+            std::find(namesRead.begin(), namesRead.end(), value->Token()) == namesRead.end())
+            namesRead.push_back(value->Token());
+        pending.push_back(value->GetNextArgument());
+        pending.push_back(value->Right());
+        pending.push_back(value->Left());
+    }
+}
+
+std::string AgentQuery::Definitions(const Node* agent) const {
+    std::string text;
+    for (const std::string& name : namesRead) {
+        const Attribute* attribute = agent ? agent->GetAttribute(name) : nullptr;
+        text += name;
+        if (!attribute || !attribute->IsValid()) {
+            text += '\x01';
+            continue;
+        }
+        text += '\x02' + std::to_string(attribute->GetType()) + '\x02';
+        text += attribute->GetDefaultValueAsString(agent);
+        text += '\x03';
+    }
+    return text;
+}
 
 bool AgentQuery::TreeDependsOnlyOnNotes(const AAValue* tree) {
     if (!tree)

@@ -42,16 +42,20 @@ public:
     bool DependsOnlyOnNotes() const { return onlyNotes; }
     // The same test for any parsed tree.
     static bool TreeDependsOnlyOnNotes(const AAValue* tree);
+    // The definitions of the attributes the query names, as text: for each,
+    // whether the document has it, its type and its default value. Notes
+    // that hold no value of their own read the default, and a definition
+    // can change without any note changing.
+    std::string Definitions(const Node* agent) const;
 
 private:
-    void SetQuery(AAValuePtr parsed) {
-        tree = std::move(parsed);
-        onlyNotes = TreeDependsOnlyOnNotes(tree.get());
-    }
+    void SetQuery(AAValuePtr parsed);
 
     AAValuePtr tree;
     std::string text;
     bool caseSensitive = true;
     bool prepared = false;
     bool onlyNotes = false;
+    // The names of attributes the query may read (bare words included).
+    std::vector<std::string> namesRead;
 };

@@ -125,7 +125,7 @@ TEST_F(SettledAgentTest, AQueryThatHoldsForTheRootSettlesToo) {
     EXPECT_EQ(Results(agent), "Box,apple,banana");
 }
 
-TEST_F(SettledAgentTest, MovesLinksAndRenamesMakeTheNextPassRun) {
+TEST_F(SettledAgentTest, MovesLinksRenamesAndDefaultsMakeTheNextPassRun) {
     Node* inside = Agent::Create(&doc, "Inside", nullptr, box, "descendedFrom(/Box)");
     Node* linked = Agent::Create(&doc, "Linked", nullptr, inside, "linkedTo(/Box/apple)");
     Node* other = Make("Other");
@@ -147,6 +147,20 @@ TEST_F(SettledAgentTest, MovesLinksAndRenamesMakeTheNextPassRun) {
     ASSERT_TRUE(Skipped(inside));
     apple->SetName("apricot");
     EXPECT_FALSE(Skipped(inside));
+
+    // Notes without a Count of their own read its default.
+    Node* counted = Agent::Create(&doc, "Counted", nullptr, linked, "$Count == 7");
+    Skipped(counted);
+    ASSERT_TRUE(Skipped(counted));
+    AttributeInfo(&doc).SetDefault("Count", "7");
+    EXPECT_FALSE(Skipped(counted));
+    // Every note but the root and the agent itself.
+    EXPECT_EQ(NodeFacade(counted).Children().size(), 6u);
+    manager->UpdateAll();
+    ASSERT_TRUE(Skipped(counted));
+    AttributeInfo(&doc).SetDefaultBooleanValueOf("Searchable", false);
+    EXPECT_FALSE(Skipped(counted));
+    EXPECT_EQ(Results(counted), "");
 }
 
 TEST_F(SettledAgentTest, QueriesThatReadTheClockOrChanceAreNeverSkipped) {
