@@ -6,10 +6,10 @@
 #include "Agent.h"
 #include "Log.h"
 #include "Node.h"
-#include "NotificationCenter.h"
 #include "NodeFacade.h"
 #include "NodeID.h"
 #include "NodeIndex.h"
+#include "NotificationCenter.h"
 #include "WorkQueue.h"
 
 std::atomic<bool> AgentManager::sEnabled{true};
@@ -115,8 +115,8 @@ bool AgentManager::NotifyWhenUpdating(Node* note) {
     if (notificationTimerSet && now < notificationTimerEnds)
         return false;
     notificationTimerSet = true;
-    notificationTimerEnds =
-        now + std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(kNotificationInterval));
+    notificationTimerEnds = now + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                                      std::chrono::duration<double>(kNotificationInterval));
     return true;
 }
 

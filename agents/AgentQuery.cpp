@@ -56,15 +56,12 @@ namespace {
 // no clock, no random numbers, no outside program, no compiled text.
 bool ComputesFromOperandsAlone(std::string_view kind) {
     static constexpr std::string_view kinds[] = {
-        "AAAbs",          "AAAnd",          "AAAttributeValue", "AABoolean",         "AACeil",
-        "AAContains",     "AADescendedFrom", "AADivide",        "AADotBeginsWith",   "AADotContains",
-        "AADotContainsAny", "AADotCount",   "AADotEndsWith",    "AAEmpty",           "AAEqual",
-        "AAFloor",        "AAGreater",      "AAGreaterEqual",   "AAInheritsFrom",    "AAInside",
-        "AAInteger",      "AALess",         "AALessEqual",      "AALinkedFrom",      "AALinkedTo",
-        "AALowercase",    "AAMinus",        "AAMod",            "AAMultiply",        "AANegate",
-        "AANot",          "AANotEqual",     "AAOr",             "AAOriginalLinkedFrom", "AAOriginalLinkedTo", "AAParenthetical",
-        "AAPlus",         "AAQuotedStringValue", "AARegexValue", "AARound",          "AASize",
-        "AAStringValue",  "AATrim",         "AAUppercase",
+        "AAAbs", "AAAnd", "AAAttributeValue", "AABoolean", "AACeil", "AAContains", "AADescendedFrom", "AADivide",
+        "AADotBeginsWith", "AADotContains", "AADotContainsAny", "AADotCount", "AADotEndsWith", "AAEmpty", "AAEqual",
+        "AAFloor", "AAGreater", "AAGreaterEqual", "AAInheritsFrom", "AAInside", "AAInteger", "AALess",
+        "AALessEqual", "AALinkedFrom", "AALinkedTo", "AALowercase", "AAMinus", "AAMod", "AAMultiply", "AANegate",
+        "AANot", "AANotEqual", "AAOr", "AAOriginalLinkedFrom", "AAOriginalLinkedTo", "AAParenthetical", "AAPlus",
+        "AAQuotedStringValue", "AARegexValue", "AARound", "AASize", "AAStringValue", "AATrim", "AAUppercase",
     };
     return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
 }
