@@ -106,11 +106,32 @@ bool Agent::Examine(Node* candidate, MatchList& matches) {
 }
 
 bool Agent::Do(bool force) {
+    lastPassSkipped = false;
     if (!note || note->ReadOnly() || !IsActiveAgent())
         return false;
+    // A pass whose query reads nothing but the notes, over a document in
+    // which no note has changed since the last pass began, would find just
+    // what that pass found: the same matches, hence no change, hence no
+    // finishing block and no agent action (an action runs only in that
+    // block). Its query text, case rule and children are notes' values and
+    // tree too, so a changed query or an alias deleted by hand counts as a
+    // change. Such a pass is skipped, and the agent's state and aliases stay
+    // as they were. The count is read before anything is looked at, so that
+    // a change made while a pass runs makes the next one run. The default
+    // values of the attributes the query reads are no note's: a changed
+    // definition makes the pass run too.
+    uint64_t changeCount = document ? document->ChangeCount() : 0;
+    std::string definitions = query.DependsOnlyOnNotes() ? query.Definitions(note) : std::string();
+    if (!force && scannedAt != 0 && changeCount == scannedAt && query.DependsOnlyOnNotes() &&
+        definitions == scannedDefinitions) {
+        lastPassSkipped = true;
+        return false;
+    }
     bool changed = PrepareToMatch();
     if (!query.IsReady(note))
         return changed;
+    // The query may have changed: the attributes it names with it.
+    definitions = query.DependsOnlyOnNotes() ? query.Definitions(note) : std::string();
     MatchList matches;
     matches.CurrentAgent(note);
     searchable = note->GetAttribute("Searchable");
@@ -123,7 +144,11 @@ bool Agent::Do(bool force) {
         std::vector<const Attribute*> fetched = query.AttributesRead(note);
         if (searchable)
             fetched.push_back(searchable);
-        VisitNotesInOutlineOrder(hypertext->Root(), nullptr, fetched, closing, [&](Node* candidate) {
+        // The scan begins after the root: no alias of the root can be made
+        // under one of its descendants, and a root counted among the results
+        // would be a change on every pass.
+        Node* root = hypertext->Root();
+        VisitNotesInOutlineOrder(root ? root->Next() : nullptr, nullptr, fetched, closing, [&](Node* candidate) {
             if (Closing())
                 return;
             matches.CurrentAgent(note);
@@ -136,8 +161,12 @@ bool Agent::Do(bool force) {
     // its absence from the wanted set is a change too.
     if (state.WantedCount() != state.CountCurrentResults())
         changed = true;
-    if (Closing() || !changed)
+    if (Closing())
         return changed;
+    scannedAt = changeCount;
+    scannedDefinitions = std::move(definitions);
+    if (!changed)
+        return false;
     StChanges batch(note->GetHypertext());
     state.RemoveUnwantedNodes();
     state.AddNewNodes();

@@ -39,7 +39,10 @@ public:
     // One pass: scans the document and, when anything changed, brings the
     // aliases under the agent up to date, runs the agent action on them,
     // tidies and sorts them. Answers whether the agent's results changed.
+    // A pass that could only find what the last one found is skipped.
     bool Do(bool force);
+    // Whether the last call of Do skipped its scan.
+    bool LastPassSkipped() const { return lastPassSkipped; }
     bool PrepareToMatch();
     bool CanSearch(Node* candidate) const;
     bool Match(Node* candidate, MatchList& matches);
@@ -70,6 +73,12 @@ private:
     uint32_t id;
     // Searchable, looked up once per pass rather than by name per note.
     const class Attribute* searchable = nullptr;
+    // The document's change count read before the last pass that ran to
+    // its end; 0 before the first.
+    uint64_t scannedAt = 0;
+    bool lastPassSkipped = false;
+    // AgentQuery::Definitions as the last pass that ran to its end read it.
+    std::string scannedDefinitions;
     AgentQuery query;
     AgentState state;
 };

@@ -9,6 +9,7 @@
 #include "NodeFacade.h"
 #include "NodeID.h"
 #include "NodeIndex.h"
+#include "NotificationCenter.h"
 #include "WorkQueue.h"
 
 std::atomic<bool> AgentManager::sEnabled{true};
@@ -26,6 +27,12 @@ AgentManager* AgentManager::For(Hypertext* document) {
 
 std::vector<Agent*> AgentManager::Agents() {
     std::lock_guard<std::recursive_mutex> guard(mutex);
+    // Which notes are agents changes only with the notes: while the
+    // document's change count stands still, the last walk's list holds (a
+    // tick of a large settled document then walks no notes at all).
+    uint64_t changeCount = document->ChangeCount();
+    if (listedAt == changeCount)
+        return listed;
     std::vector<Agent*> list;
     std::unordered_set<Node*> seen;
     HypertextFacade(document).Apply([&](Node* note) {
@@ -42,6 +49,8 @@ std::vector<Agent*> AgentManager::Agents() {
         else
             it = agents.erase(it);
     }
+    listed = list;
+    listedAt = changeCount;
     return list;
 }
 
@@ -52,6 +61,8 @@ Agent* AgentManager::AgentFor(Node* note) {
     auto& slot = agents[note];
     // A note made where a deleted agent's note was gets an agent of its own.
     if (!slot || slot->NoteID() != note->GetID().GetID()) {
+        // The agent the slot held may be in the listed agents.
+        listedAt = 0;
         slot = std::make_unique<Agent>(note);
         slot->Loaded();
     }
@@ -68,7 +79,55 @@ bool AgentManager::RunAgent(Agent* agent) {
     bool changed = agent->Do(false);
     if (changed)
         ++changedPasses;
+    if (agent->LastPassSkipped())
+        ++skippedPasses;
     return changed;
+}
+
+namespace {
+
+Notification AgentNotification(Hypertext* document, const std::string& name, long number, long max) {
+    Notification n;
+    n.name = AgentManager::kAgentNotification;
+    n.object = document;
+    n.userInfo["name"] = name;
+    n.userInfo["hypertext"] = static_cast<const void*>(document);
+    n.userInfo["number"] = number;
+    n.userInfo["max"] = max;
+    return n;
+}
+
+} // namespace
+
+void AgentManager::NotifyObservers(Node* agent, long number, long max) {
+    if (!agent)
+        return;
+    NotificationCenter::Default().Post(AgentNotification(document, agent->Name(), number, max));
+}
+
+bool AgentManager::NotifyWhenUpdating(Node* note) {
+    if (!note)
+        return false;
+    if (Agent::IsAgentNote(note) || NodeFacade(note).IsSmartAdornment())
+        return true;
+    std::lock_guard<std::recursive_mutex> guard(mutex);
+    auto now = std::chrono::steady_clock::now();
+    if (notificationTimerSet && now < notificationTimerEnds)
+        return false;
+    notificationTimerSet = true;
+    notificationTimerEnds = now + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                                      std::chrono::duration<double>(kNotificationInterval));
+    return true;
+}
+
+void AgentManager::ResetNotification() {
+    Node* root = document ? document->Root() : nullptr;
+    NotificationCenter::Default().Post(AgentNotification(document, root ? root->Name() : std::string(), 0, 0));
+}
+
+void AgentManager::ManualUpdateNotification() {
+    Node* root = document ? document->Root() : nullptr;
+    NotificationCenter::Default().Post(AgentNotification(document, root ? root->Name() : std::string(), 0, 100));
 }
 
 long AgentManager::ScheduleUpdates(WorkQueue& queue, long priority) {
@@ -79,26 +138,35 @@ long AgentManager::ScheduleUpdates(WorkQueue& queue, long priority) {
         LogFormat("Agent queue pending: %ld", queue.OperationCount());
         return 0;
     }
-    long queued = 0;
+    std::vector<uint32_t> ids;
     for (Agent* agent : Agents()) {
-        if (agent->Priority() != priority)
-            continue;
-        uint32_t id = agent->NoteID();
-        queue.AddOperation([this, id] {
+        if (agent->Priority() == priority)
+            ids.push_back(agent->NoteID());
+    }
+    long queued = 0;
+    long max = static_cast<long>(ids.size());
+    for (uint32_t id : ids) {
+        long number = ++queued;
+        queue.AddOperation([this, id, number, max] {
             if (!CanRun() || document->IsClosing())
                 return;
             // The agent may have been deleted since it was queued.
             Node* note = document->GetIndex() ? document->GetIndex()->Find(id) : nullptr;
             if (!note || !Agent::IsAgentNote(note))
                 return;
-            StChanges batch(document);
-            RunAgent(AgentFor(note));
+            {
+                StChanges batch(document);
+                RunAgent(AgentFor(note));
+            }
+            // The agent's action may have deleted the agent.
+            if (document->GetIndex() && document->GetIndex()->Find(id) == note)
+                NotifyObservers(note, number, max);
         });
-        ++queued;
     }
     queue.AddOperation([this] {
         if (ActionPool* pool = ActionPool::For(document))
             pool->Cleanup();
+        ResetNotification();
     });
     return queued;
 }

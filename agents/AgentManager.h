@@ -3,6 +3,7 @@
 // and whether agents may run at all (not while the document is written, not
 // while they are switched off for this document or for all of them).
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
@@ -18,6 +19,15 @@ class AgentManager : public DocumentPart {
 public:
     // Waiting operations beyond which a tick queues nothing.
     static constexpr long kPendingLimit = 5000;
+    // Posted on the main thread as each agent of a scheduled update runs,
+    // with "name" (the agent's name), "hypertext" (the document), "number"
+    // (the agent's place in this update, from 1) and "max" (the agents in
+    // it); once more when the update is complete, with the root's name and
+    // a "number" and "max" of 0; and, with a "max" of 100, on each tick of a
+    // document whose automatic updates are off.
+    static constexpr const char* kAgentNotification = "com.morvent.Rylvane.agentWillRun";
+    // How long NotifyWhenUpdating stays quiet for notes other than agents.
+    static constexpr double kNotificationInterval = 1.0;
 
     AgentManager(Hypertext* document);
     ~AgentManager() override;
@@ -56,6 +66,18 @@ public:
     // Forgets the remembered queue.
     void Reset() { lastQueue = nullptr; }
 
+    // Posts the agent notification for one agent of an update.
+    void NotifyObservers(Node* agent, long number, long max);
+    // Whether an update of this note is worth a notification: always for an
+    // agent or a smart adornment; for any other note once, after which it
+    // answers false until kNotificationInterval seconds have passed.
+    bool NotifyWhenUpdating(Node* note);
+    // Posts the notification of a complete update, with the root's name.
+    void ResetNotification();
+    // Posts the notification of a tick that ran no agent because automatic
+    // updates are off.
+    void ManualUpdateNotification();
+
     void SetMaxTimeInterval(double seconds) { maxTimeInterval = seconds; }
     double MaxTimeInterval() const { return maxTimeInterval; }
 
@@ -63,6 +85,9 @@ public:
     // an agent's results.
     long PassesRun() const { return passes.load(); }
     long PassesChanged() const { return changedPasses.load(); }
+    // Passes that were skipped, as they could only have found what the
+    // agent already held.
+    long PassesSkipped() const { return skippedPasses.load(); }
 
 private:
     bool RunAgent(Agent* agent);
@@ -70,12 +95,20 @@ private:
     Hypertext* document;
     std::recursive_mutex mutex;
     std::unordered_map<Node*, std::unique_ptr<Agent>> agents;
+    // The agents as the last walk of the notes found them, at that change
+    // count (0: none).
+    std::vector<Agent*> listed;
+    uint64_t listedAt = 0;
     std::atomic<bool> enabled{true};
     std::atomic<bool> writing{false};
     double maxTimeInterval = 0.01;
     WorkQueue* lastQueue = nullptr;
     std::atomic<long> passes{0};
     std::atomic<long> changedPasses{0};
+    std::atomic<long> skippedPasses{0};
+    // When the quiet time of NotifyWhenUpdating ends.
+    std::chrono::steady_clock::time_point notificationTimerEnds{};
+    bool notificationTimerSet = false;
     static std::atomic<bool> sEnabled;
 };
 

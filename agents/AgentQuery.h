@@ -32,12 +32,30 @@ public:
     // The attributes the query reads of each note, as `agent`'s document
     // defines them.
     std::vector<const Attribute*> AttributesRead(const Node* agent) const;
+    // Whether the query's answer for a note can depend on nothing but what
+    // the document's notes hold: it is made only of attribute reads,
+    // operators and functions known to compute from their operands alone,
+    // and of literals that do not read as dates (a date text such as "today"
+    // or "next week" is counted from the present moment). A query with a
+    // random or time designator or function, or with any function not known
+    // to be of that kind, answers false.
+    bool DependsOnlyOnNotes() const { return onlyNotes; }
+    // The same test for any parsed tree.
+    static bool TreeDependsOnlyOnNotes(const AAValue* tree);
+    // The definitions of the attributes the query names, as text: for each,
+    // whether the document has it, its type and its default value. Notes
+    // that hold no value of their own read the default, and a definition
+    // can change without any note changing.
+    std::string Definitions(const Node* agent) const;
 
 private:
-    void SetQuery(AAValuePtr parsed) { tree = std::move(parsed); }
+    void SetQuery(AAValuePtr parsed);
 
     AAValuePtr tree;
     std::string text;
     bool caseSensitive = true;
     bool prepared = false;
+    bool onlyNotes = false;
+    // The names of attributes the query may read (bare words included).
+    std::vector<std::string> namesRead;
 };

@@ -6,6 +6,7 @@
 #include "NodeActions.h"
 #include "NodeFacade.h"
 #include "NodeIndex.h"
+#include "NotificationCenter.h"
 #include "Props.h"
 #include "Value.h"
 #include "WorkQueue.h"
@@ -38,8 +39,10 @@ bool RuleManager::Run() {
     Next();
     if (wasSet && !cursor) {
         FinishScan();
-        if (Next())
+        if (Next()) {
+            NotifyObservers(cursor);
             return RunFor(cursor);
+        }
         return false;
     }
     if (!cursor) {
@@ -47,7 +50,28 @@ bool RuleManager::Run() {
         FinishScan();
         return false;
     }
+    NotifyObservers(cursor);
     return RunFor(cursor);
+}
+
+void RuleManager::NotifyObservers(Node* note, const std::string& prefix) {
+    if (!note)
+        return;
+    Notification n;
+    n.name = kRuleNotification;
+    n.object = document;
+    n.userInfo["name"] = prefix + note->Name();
+    n.userInfo["hypertext"] = static_cast<const void*>(document);
+    n.userInfo["number"] = NodeFacade(note).OutlineOrder();
+    n.userInfo["max"] = HypertextFacade(document).NodeCount();
+    NotificationCenter::Default().Post(std::move(n));
+}
+
+void RuleManager::PostDocumentNotification(const char* name) {
+    Notification n;
+    n.name = name;
+    n.object = document;
+    NotificationCenter::Default().Post(std::move(n));
 }
 
 long RuleManager::RunAll() {
@@ -68,6 +92,13 @@ Node* RuleManager::Next() {
         return nullptr;
     }
     Node* from = LiveCursor();
+    // A walk from the top of a document that has no rule meets none, as
+    // long as no note has changed since the last such walk: every tick of
+    // a large document without rules would otherwise walk all its notes.
+    uint64_t changeCount = document->ChangeCount();
+    if (!from && noRulesAt == changeCount)
+        return nullptr;
+    bool fromTop = !from;
     if (!from)
         from = document->Root();
     // A walk may pass every note of a large document without meeting a
@@ -94,6 +125,8 @@ Node* RuleManager::Next() {
             return n;
     }
     SetCursor(nullptr);
+    if (fromTop)
+        noRulesAt = changeCount;
     return nullptr;
 }
 
@@ -172,8 +205,10 @@ long RuleManager::ScheduleEdicts(WorkQueue& queue) {
         queue.AddOperation(
             [this, id] {
                 Node* found = document->GetIndex() ? document->GetIndex()->Find(id) : nullptr;
-                if (found)
-                    NodeActions(found).PerformEdict();
+                if (!found)
+                    return;
+                NotifyObservers(found, "edict: ");
+                NodeActions(found).PerformEdict();
             },
             kQueuePriority);
         ++queued;

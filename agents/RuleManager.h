@@ -5,6 +5,7 @@
 // work. Edicts, which run seldom, are run here too.
 #include <atomic>
 #include <cstdint>
+#include <string>
 
 #include "Hypertext.h"
 
@@ -19,6 +20,14 @@ public:
     static constexpr long kRulesPerTick = 25;
     // Queue priority of rule and edict operations: below agents.
     static constexpr int kQueuePriority = -4;
+    // Posted on the main thread before a note's rule (or edict) runs, with
+    // "name" (the note's name, or "edict: " and the name), "hypertext" (the
+    // document), "number" (the note's outline order) and "max" (the number
+    // of notes).
+    static constexpr const char* kRuleNotification = "com.morvent.Rylvane.ruleWillRun";
+    // Posted as the edict tick begins, and once it has queued every edict.
+    static constexpr const char* kEdictsWillRunNotification = "com.morvent.Rylvane.edictsWillRun";
+    static constexpr const char* kEdictsDidRunNotification = "com.morvent.Rylvane.edictsDidRun";
 
     explicit RuleManager(Hypertext* document) : document(document) {}
 
@@ -39,6 +48,10 @@ public:
     Node* Next();
     // The compiled rule of a note, or null.
     static Action* GetRule(Node* note);
+    // Posts the rule notification for a note; `prefix` goes before its name.
+    void NotifyObservers(Node* note, const std::string& prefix = std::string());
+    // Posts a notification about the document with no user information.
+    void PostDocumentNotification(const char* name);
     // Resets the cursor when it stands at a note that is going away.
     void Remove(Node* note);
 
@@ -70,6 +83,9 @@ private:
     Hypertext* document;
     Node* cursor = nullptr;
     uint32_t cursorID = 0;
+    // The change count at the start of the last walk from the top that met
+    // no rule (0: none yet).
+    uint64_t noRulesAt = 0;
     bool hasRun = false;
     std::atomic<long> scans{0};
     std::atomic<long> rulesRun{0};

@@ -72,6 +72,7 @@ void RylAgentDispatcher::Perform() {
     AgentManager* manager = AgentManager::For(document);
     // With automatic updates off, the tick only keeps containers sorted.
     if (!manager->IsEnabled() || !AgentManager::Enabled()) {
+        manager->ManualUpdateNotification();
         HypertextFacade(document).Apply([](Node* note) {
             if (note->SortAttribute())
                 NodeActions(note).SortNow();
@@ -95,8 +96,11 @@ void RylRuleDispatcher::Perform() {
 
 void RylEdictDispatcher::Perform() {
     Hypertext* document = Document();
-    RuleManager::For(document)->ScheduleEdicts(queues.EdictQueue());
+    RuleManager* rules = RuleManager::For(document);
+    rules->PostDocumentNotification(RuleManager::kEdictsWillRunNotification);
+    rules->ScheduleEdicts(queues.EdictQueue());
     queues.EdictQueue().AddOperation([] {}, RuleManager::kQueuePriority);
+    rules->PostDocumentNotification(RuleManager::kEdictsDidRunNotification);
 }
 
 void RylErrorDispatcher::Perform() {

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <unistd.h>
 
+#include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
 
 #include "Agent.h"
@@ -19,6 +20,7 @@
 #include "DocumentSession.h"
 #include "Hypertext.h"
 #include "HypertextQueues.h"
+#include "NotificationCenter.h"
 #include "RuleManager.h"
 #include "RylDispatcherList.h"
 #include "RylRunLoop.h"
@@ -108,6 +110,10 @@ int RunRun(const RunState& state) {
     agents->Loaded();
 
     RylRunLoop loop(state.fast);
+    // Notifications reach their observers on the loop's thread.
+    StMainThreadPoster poster(NotificationCenter::Default(), [&loop](std::function<void()> block) {
+        boost::asio::post(loop.Context(), std::move(block));
+    });
     HypertextQueues queues(document, loop);
     RylDispatcherList dispatchers;
     dispatchers.ForDocument(queues);
@@ -171,13 +177,30 @@ int RunRun(const RunState& state) {
     if (state.untilQuiet)
         loop.Schedule(1, quietCheck);
 
+    // The progress line counts what the agent and rule notifications tell:
+    // each agent of an update, each rule and edict about to run.
     bool progress = ::isatty(2);
+    long agentsRun = 0;
+    long rulesRun = 0;
+    uint64_t changesAtStart = document->ChangeCount();
+    NotificationCenter& center = NotificationCenter::Default();
+    std::vector<NotificationCenter::ObserverID> observing;
+    if (progress) {
+        observing.push_back(center.AddObserver(AgentManager::kAgentNotification, document,
+                                               [&agentsRun](const Notification& n) {
+                                                   if (n.Number("number") > 0)
+                                                       ++agentsRun;
+                                               }));
+        observing.push_back(center.AddObserver(RuleManager::kRuleNotification, document,
+                                               [&rulesRun](const Notification&) { ++rulesRun; }));
+    }
     std::function<void()> report = [&] {
         long ticks = 0;
         for (const auto& d : dispatchers.Dispatchers())
             ticks += d->Fired();
-        std::fprintf(stderr, "\rticks %ld, agents run %ld, agents changed %ld, rules run %ld ", ticks,
-                     agents->PassesRun(), agents->PassesChanged(), rules->RulesRun());
+        std::fprintf(stderr, "\rticks %ld, agents run %ld, agents changed %ld, rules run %ld, changes %llu ", ticks,
+                     agentsRun, agents->PassesChanged(), rulesRun,
+                     static_cast<unsigned long long>(document->ChangeCount() - changesAtStart));
         loop.Schedule(state.fast ? 60 : 1, report);
     };
     if (progress)
@@ -189,6 +212,8 @@ int RunRun(const RunState& state) {
     dispatchers.Cancel();
     queues.CancelAll();
     signals.cancel();
+    for (NotificationCenter::ObserverID id : observing)
+        center.RemoveObserver(id);
     if (progress)
         std::fprintf(stderr, "\n");
     if (saveFailed)

@@ -118,11 +118,18 @@ void Hypertext::NewlyCreated(Node* node) {
     attributeStorage->NewlyCreated(node);
 }
 
-void Hypertext::AddNode(Node* node) { index->Add(node); }
+void Hypertext::AddNode(Node* node) {
+    CountChange();
+    index->Add(node);
+}
 
-void Hypertext::Renamed(Node* node) { index->Renamed(node); }
+void Hypertext::Renamed(Node* node) {
+    CountChange();
+    index->Renamed(node);
+}
 
 void Hypertext::RemoveNode(Node* node) {
+    CountChange();
     AboutToDelete(node);
     index->Remove(node);
     changes->Forget(node);
@@ -136,6 +143,7 @@ std::vector<Node*> Hypertext::GetAllNodes() const {
 }
 
 void Hypertext::IsBeingHidden(Node* node, bool hiding) {
+    CountChange();
     if (hiding)
         hiddenNodes.insert(node);
     else
@@ -143,6 +151,7 @@ void Hypertext::IsBeingHidden(Node* node, bool hiding) {
 }
 
 void Hypertext::DidDelete(Node* node) {
+    CountChange();
     changes->Forget(node);
     hiddenNodes.erase(node);
     if (links && !closing)
@@ -150,21 +159,25 @@ void Hypertext::DidDelete(Node* node) {
 }
 
 void Hypertext::AddLink(Link* link) {
+    CountChange();
     if (links)
         links->Add(link);
 }
 
 void Hypertext::RemoveLink(Link* link) {
+    CountChange();
     if (links && !closing)
         links->Remove(link);
 }
 
 void Hypertext::ExchangeLinks(Link* a, Link* b) {
+    CountChange();
     if (links && !closing)
         links->Exchange(a, b);
 }
 
 void Hypertext::ReorderLinks(Link* link, Link* before) {
+    CountChange();
     if (links && !closing)
         links->Reorder(link, before);
 }
@@ -174,11 +187,13 @@ long Hypertext::LinkCount() const { return links ? static_cast<long>(links->size
 bool Hypertext::HasLink(const Link* link) const { return links && links->Has(link); }
 
 void Hypertext::LinkAdded(Link* link) {
+    CountChange();
     if (link && link->IsPrototype() && link->SourceNode())
         link->SourceNode()->WillHavePrototype(link);
 }
 
 void Hypertext::LinkRemoved(Link* link) {
+    CountChange();
     if (link && link->IsPrototype() && link->SourceNode() && !link->SourceNode()->IsBeingDeleted())
         link->SourceNode()->WillHavePrototype(nullptr);
 }

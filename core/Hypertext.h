@@ -1,6 +1,8 @@
 #pragma once
 // A document: the tree of notes under one root, the attribute table, the
 // indexes and the managers that act on them.
+#include <atomic>
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <memory>
@@ -50,6 +52,12 @@ public:
 
     virtual bool IsValid() const { return !closing && root != nullptr; }
     virtual Change* Changes() const { return changes.get(); }
+    // A count that grows with every change to the notes: a value set or
+    // removed, a note made, moved, renamed, hidden or deleted, a link added,
+    // removed or reordered. Two equal readings mean that nothing any note
+    // holds changed in between. Safe from any thread.
+    uint64_t ChangeCount() const { return changeCount.load(std::memory_order_acquire); }
+    void CountChange() { changeCount.fetch_add(1, std::memory_order_acq_rel); }
     virtual Props* AttributeStorage() const { return attributeStorage.get(); }
     virtual NodeIndex* GetIndex() const { return index.get(); }
     virtual const Prefs* GetPreferences() const { return preferences.get(); }
@@ -184,4 +192,5 @@ private:
     std::map<std::string, std::string> carried;
     mutable std::mutex partsMutex;
     std::map<std::string, std::unique_ptr<DocumentPart>> parts;
+    std::atomic<uint64_t> changeCount{1};
 };

@@ -371,6 +371,11 @@ void Node::AddChange(unsigned long mask) {
 }
 
 void Node::Changed(const Attribute* attribute) {
+    // Many attributes (every user attribute among them) have no change
+    // facets, and their changes reach no listener; the document's change
+    // count sees them all.
+    if (hypertext && attribute)
+        hypertext->CountChange();
     if (attribute)
         Changed(attribute->GetChangeFacets());
 }

@@ -407,6 +407,7 @@ void ChangeFacade::Changed(unsigned long mask) const {
     Hypertext* h = GetHypertext();
     if (!node || !h || mask == 0)
         return;
+    h->CountChange();
     h->Changes()->Changed(node, mask);
 }
 

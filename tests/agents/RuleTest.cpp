@@ -31,6 +31,26 @@ protected:
     RuleManager* rules = nullptr;
 };
 
+TEST_F(RuleTest, ADocumentWithoutRulesFindsTheFirstRuleOnTheNextTick) {
+    Node* a = Make("a");
+    Node* b = Make("b", nullptr, a);
+    EXPECT_EQ(rules->Run(RuleManager::kRulesPerTick), 0);
+    EXPECT_EQ(rules->Run(RuleManager::kRulesPerTick), 0);
+    long scans = rules->ScansFinished();
+    b->Set("Rule", "$Count = 4");
+    EXPECT_EQ(rules->Run(1), 1);
+    EXPECT_EQ(b->GetLong("Count"), 4);
+    // A rule switched off, and on again.
+    b->SetBoolean("RuleDisabled", true);
+    EXPECT_EQ(rules->Run(1), 0);
+    EXPECT_EQ(rules->Run(1), 0);
+    b->SetBoolean("RuleDisabled", false);
+    b->SetLong("Count", 0);
+    EXPECT_EQ(rules->Run(1), 1);
+    EXPECT_EQ(b->GetLong("Count"), 4);
+    EXPECT_GT(rules->ScansFinished(), scans);
+}
+
 TEST_F(RuleTest, TicksRunTwentyFiveRulesAndTheCursorWrapsAround) {
     std::vector<Node*> notes;
     Node* after = nullptr;
