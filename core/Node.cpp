@@ -551,10 +551,21 @@ const Value* Node::Get(const Attribute* attribute) const {
     return attribute->ValueFor(this);
 }
 
+// The order of the locks a read takes, so that no two threads wait on each
+// other: first the note's lock, then the attribute's clone queue, then only
+// locks that are taken last (the computed-value slot's queue, the link
+// store's). No other note's lock is ever taken under them. An attribute that
+// reads other notes (ReadsOtherNotes: Path, Container, Aliases, Prototype
+// ...) is therefore computed after the note's lock is released and without
+// its clone queue, and each note it reads takes its own lock alone.
 Value* Node::CreateClonedValue(const Attribute* attribute) const {
-    StObjectLock guard(lock);
-    if (beingDeleted || !hypertext || !attribute)
-        return Value::Create("");
+    {
+        StObjectLock guard(lock);
+        if (beingDeleted || !hypertext || !attribute)
+            return Value::Create("");
+        if (!attribute->ReadsOtherNotes())
+            return attribute->ClonedValueFor(this);
+    }
     return attribute->ClonedValueFor(this);
 }
 
@@ -569,19 +580,25 @@ namespace {
 // Converts the value a read answers as CreateClonedValue would give it, under
 // the same locks; most values are converted in place, without a copy made
 // and destroyed for every read.
+// The locks are taken in the order given above CreateClonedValue.
 template <typename F>
 auto WithClone(const Node* node, const Attribute* attribute, F convert) {
     ValuePtr clone;
+    bool readsOtherNotes = false;
     {
         StObjectLock guard(node->Lock());
         if (node->IsBeingDeleted() || !node->GetHypertext() || !attribute) {
             clone.reset(Value::Create(""));
+        } else if (attribute->ReadsOtherNotes()) {
+            readsOtherNotes = true;
         } else {
             if (auto converted = attribute->ReadInPlace(node, convert))
                 return *converted;
             clone.reset(attribute->ClonedValueFor(node));
         }
     }
+    if (readsOtherNotes)
+        clone.reset(attribute->ClonedValueFor(node));
     // Other values (dates that may still compute their expression, among
     // them) are converted outside the locks, as clones.
     return convert(clone.get());
@@ -599,6 +616,22 @@ std::string Node::GetString(const Attribute* attribute) const {
     return WithClone(this, attribute, [](const Value* v) { return v ? v->AsString() : std::string(); });
 }
 
+void Node::GetStringInto(const Attribute* attribute, std::string& out) const {
+    if (!attribute) {
+        out.clear();
+        return;
+    }
+    WithClone(this, attribute, [&out](const Value* v) {
+        if (!v)
+            out.clear();
+        else if (const auto* text = dynamic_cast<const StringValue*>(v))
+            out.assign(text->Text());
+        else
+            out = v->AsString();
+        return true;
+    });
+}
+
 std::string Node::GetFormattedString(const std::string& n, const std::string& format) const {
     return WithClone(this, GetAttribute(n), [&](const Value* v) { return v ? v->AsFormattedString(format) : ""; });
 }
@@ -612,8 +645,10 @@ std::string Node::GetExportString(const std::string& n, const std::string& forma
                      [&](const Value* v) { return v ? v->AsExportString(format, hypertext) : std::string(); });
 }
 
-double Node::GetDouble(const std::string& n) const {
-    return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? v->AsDouble() : 0.0; });
+double Node::GetDouble(const std::string& n) const { return GetDouble(GetAttribute(n)); }
+
+double Node::GetDouble(const Attribute* attribute) const {
+    return WithClone(this, attribute, [](const Value* v) { return v ? v->AsDouble() : 0.0; });
 }
 
 long Node::GetLong(const std::string& n) const {

@@ -116,10 +116,14 @@ public:
     virtual Value* CreateClonedValue(const std::string& name) const;
     virtual std::string GetString(const std::string& name) const;
     virtual std::string GetString(const Attribute* attribute) const;
+    // GetString written into `out`, whose storage is reused: a stored text
+    // is copied straight from where it lies.
+    void GetStringInto(const Attribute* attribute, std::string& out) const;
     virtual std::string GetFormattedString(const std::string& name, const std::string& format) const;
     virtual std::string GetShortString(const std::string& name) const;
     virtual std::string GetExportString(const std::string& name, const std::string& format) const;
     virtual double GetDouble(const std::string& name) const;
+    double GetDouble(const Attribute* attribute) const;
     virtual PColor GetColor(const std::string& name) const;
     virtual long GetLong(const std::string& name) const;
     virtual unsigned long GetUnsignedLong(const std::string& name) const;
