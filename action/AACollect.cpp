@@ -256,6 +256,10 @@ void AACollect::AddCollected(ArgList& result, const AAValue* expression, Node* m
     std::string value = ComputeValue(expression, member, matches).AsString();
     if (type == Type::kList || type == Type::kSet || type == Type::kDictionary)
         result.Add(value, ';');
-    else if (!value.empty())
+    else if (value.empty())
+        return;
+    else if (value.find_first_of(";(\"") == std::string::npos)
+        result.push_back(value);
+    else
         result.push_back(QuoteIfNeeded(value));
 }

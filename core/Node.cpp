@@ -610,15 +610,44 @@ std::string Node::GetString(const std::string& attributeName) const {
     return GetString(a);
 }
 
+namespace {
+// Whether the note may be read at all; taken under its lock.
+bool Readable(const Node* node) {
+    StObjectLock guard(node->Lock());
+    return !node->IsBeingDeleted() && node->GetHypertext();
+}
+
+// The text of an attribute that reads other notes, as the value made from
+// it reads (ClonedValueFor): only text with a legacy tag ("Long[ 5 ]")
+// reads otherwise, so only such text is made into a value.
+std::string ComputedText(const Node* node, const Attribute* attribute) {
+    if (!Readable(node))
+        return "";
+    std::string text = attribute->ComputeText(node);
+    if (text.find('[') == std::string::npos)
+        return text;
+    ValuePtr value(Value::Create(text));
+    return value ? value->AsString() : std::string();
+}
+} // namespace
+
 std::string Node::GetString(const Attribute* attribute) const {
     if (!attribute)
         return "";
+    // Text computed from other notes is taken as computed, with no value
+    // made for it (see the order of the locks above CreateClonedValue).
+    if (attribute->ReadsOtherNotes())
+        return ComputedText(this, attribute);
     return WithClone(this, attribute, [](const Value* v) { return v ? v->AsString() : std::string(); });
 }
 
 void Node::GetStringInto(const Attribute* attribute, std::string& out) const {
     if (!attribute) {
         out.clear();
+        return;
+    }
+    if (attribute->ReadsOtherNotes()) {
+        out = ComputedText(this, attribute);
         return;
     }
     WithClone(this, attribute, [&out](const Value* v) {

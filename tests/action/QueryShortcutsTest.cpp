@@ -12,6 +12,7 @@
 
 #include "AACollect.h"
 #include "AAValue.h"
+#include "HTPath.h"
 #include "ActionTestDocument.h"
 #include "MatchList.h"
 #include "NoteQuery.h"
@@ -149,4 +150,56 @@ TEST_F(QueryShortcutsTest, SortByAnAttributeKeyReadInPlace) {
     a->Set("Due", "2025-01-01");
     b->Set("Due", "2024-01-01");
     EXPECT_EQ(Eval("\"/Top/A;/Top/B\".sort($Due)", top), "/Top/B;/Top/A");
+}
+
+// A long list of paths under a few parents reads each parent once into a
+// table of its children; every item still names the note the designator
+// names (the first child of the name, blanks trimmed), text that names no
+// note is its own key, and a parent with many more children than items
+// goes the usual way.
+TEST_F(QueryShortcutsTest, SortOfManyPathsNamesWhatDesignatorsName) {
+    Node* other = MakeNote("other", top);
+    Node* shelf = MakeNote("shelf", top, other);
+    Node* big = MakeNote("big", top, shelf);
+    // A note named n5 before the shelf in outline order: the name index
+    // answers it, not the shelf's own n5.
+    MakeNote("n5", other);
+    int count = 1;
+    Node* after = nullptr;
+    for (int i = 0; i < 10; ++i) {
+        after = MakeNote("n" + std::to_string(i), shelf, after);
+        after->SetLong("Count", count++);
+    }
+    // A second n3: the first one is meant.
+    MakeNote("n3", shelf, after)->SetLong("Count", count++);
+    after = nullptr;
+    for (int i = 0; i < 100; ++i) {
+        after = MakeNote("b" + std::to_string(i), big, after);
+        after->SetLong("Count", count++);
+    }
+    std::vector<std::string> items;
+    for (int i = 9; i >= 0; --i)
+        items.push_back(i == 7 ? "/Top/shelf/ n7" : "/Top/shelf/n" + std::to_string(i));
+    items.push_back("/Top/shelf/missing");
+    for (int i = 0; i < 8; ++i)
+        items.push_back("/Top/big/b" + std::to_string(i * 13));
+    std::string list;
+    for (const std::string& item : items)
+        list += (list.empty() ? "" : ";") + item;
+
+    // The order by the designators' notes (the keys differ): the key of
+    // the item that names none is its text, which reads as 0.
+    MatchList matches;
+    std::vector<std::pair<long, std::string>> keyed;
+    for (const std::string& item : items) {
+        Node* named = HTPath::Get(top, item, matches);
+        keyed.emplace_back(named ? named->GetLong("Count") : 0, item);
+    }
+    std::stable_sort(keyed.begin(), keyed.end(),
+                     [](const auto& x, const auto& y) { return x.first < y.first; });
+    std::string expected;
+    for (const auto& [key, item] : keyed)
+        expected += (expected.empty() ? "" : ";") + item;
+    EXPECT_EQ(Eval("\"" + list + "\".sort($Count)", top), expected);
+    EXPECT_EQ(Eval("\"" + list + "\".nsort($Count)", top), expected);
 }
