@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -35,24 +34,10 @@ public:
     ItemNotes(Node* base, MatchList& matches, size_t count)
         : base(base), matches(matches), rebuildIndex(count >= kIndexWorthy) {}
 
-    // Counts the items that name a child of each parent path: a parent
-    // that many items go through is read once into a table of its
-    // children by name rather than asking the name index for each item.
-    // The items must outlive this object.
-    void Expect(const std::vector<std::string>& items) {
-        for (const std::string& item : items) {
-            size_t slash = item.rfind('/');
-            if (!item.empty() && item[0] == '/' && slash != std::string::npos)
-                ++itemsUnder[std::string_view(item).substr(0, slash)];
-        }
-    }
-
     Node* Find(const std::string& item) {
         if (!base || item.empty())
             return nullptr;
         if (item[0] == '/' && item.find_first_of("\"'()") == std::string::npos) {
-            if (Node* tabled = FromTable(item))
-                return tabled;
             if (Node* indexed = FromIndex(item))
                 return indexed;
             bool plain = true;
@@ -68,7 +53,19 @@ private:
     // order, as the document's name index tells: that note is the first
     // child of its name under its parent, so the walk would end at it too.
     // Answers null when the index cannot tell, and the walk decides.
-    Node* FromIndex(const std::string& path) { return FromIndexReady() ? Indexed(path) : nullptr; }
+    Node* FromIndex(const std::string& path) {
+        if (!index) {
+            Hypertext* document = base->GetHypertext();
+            index = document ? document->GetIndex() : nullptr;
+            if (!index)
+                return nullptr;
+            if (rebuildIndex)
+                index->UpdateIfNeeded();
+        }
+        if (index->NeedsUpdate())
+            return nullptr;
+        return Indexed(path);
+    }
 
     // The note at a path by the index, the parent's path remembered (a
     // list names many notes of few containers).
@@ -101,70 +98,6 @@ private:
     // end in other characters are left to the walk.
     static bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
 
-    // The note at a path whose parent many items go through (see Expect),
-    // as the walk would find it: the parent as the index knows it, then the
-    // first child of the name in the parent's table. Null when that does
-    // not tell (no such parent or child, a parent with far more children
-    // than items), and the other ways decide.
-    Node* FromTable(const std::string& path) {
-        size_t slash = path.rfind('/');
-        std::string_view above = std::string_view(path).substr(0, slash);
-        auto counted = itemsUnder.find(above);
-        if (counted == itemsUnder.end() || counted->second < kTableWorthy)
-            return nullptr;
-        std::string step = Parser::Trim(path.substr(slash + 1));
-        if (step.empty() || step == "." || step == "..")
-            return nullptr;
-        Node* parent = nullptr;
-        if (slash == 0) {
-            parent = base->Root();
-        } else {
-            if (!FromIndexReady())
-                return nullptr;
-            auto [known, made] = parents.try_emplace(above, nullptr);
-            if (made)
-                known->second = Indexed(above);
-            parent = known->second;
-        }
-        if (!parent)
-            return nullptr;
-        // Reading a parent costs a name per child; it is done only when the
-        // items under it are at least a quarter as many as its children.
-        auto [entry, made] = children.try_emplace(parent);
-        if (made) {
-            size_t most = counted->second * 4;
-            size_t seen = 0;
-            for (Node* c = parent->Son(); c; c = c->Brother()) {
-                if (++seen > most) {
-                    tooLarge.insert(parent);
-                    entry->second.clear();
-                    break;
-                }
-                entry->second.try_emplace(c->Name(), c);
-            }
-        }
-        if (tooLarge.count(parent))
-            return nullptr;
-        auto found = entry->second.find(step);
-        if (found == entry->second.end() || found->second->Invalid())
-            return nullptr;
-        return found->second;
-    }
-
-    // The index brought up to date once; false when there is none or it
-    // cannot tell.
-    bool FromIndexReady() {
-        if (!index) {
-            Hypertext* document = base->GetHypertext();
-            index = document ? document->GetIndex() : nullptr;
-            if (!index)
-                return false;
-            if (rebuildIndex)
-                index->UpdateIfNeeded();
-        }
-        return !index->NeedsUpdate();
-    }
-
     // Walks "/a/b/c" from the root. `plain` turns false for steps that the
     // table does not answer ("." and "..", empty steps).
     Node* Walk(const std::string& path, bool& plain) {
@@ -187,7 +120,7 @@ private:
 
     Node* ChildNamed(Node* parent, const std::string& name) {
         auto [entry, made] = children.try_emplace(parent);
-        if (made || tooLarge.erase(parent))
+        if (made)
             for (Node* c = parent->Son(); c; c = c->Brother())
                 entry->second.try_emplace(c->Name(), c);
         auto found = entry->second.find(name);
@@ -197,14 +130,10 @@ private:
     Node* base;
     MatchList& matches;
     static constexpr size_t kIndexWorthy = 1000;
-    static constexpr size_t kTableWorthy = 8;
     bool rebuildIndex;
     NodeIndex* index = nullptr;
     std::unordered_map<std::string_view, Node*> parents;
-    std::unordered_map<std::string_view, size_t> itemsUnder;
     std::unordered_map<const Node*, std::unordered_map<std::string, Node*>> children;
-    // Parents whose table was given up for their number of children.
-    std::unordered_set<const Node*> tooLarge;
 };
 
 bool NumericLess(const std::string& a, const std::string& b) {
@@ -471,7 +400,6 @@ ActionResult AASort::ActionValue(Node* note, MatchList& matches) const {
         }
     } else {
         ItemNotes resolver(note, matches, items.size());
-        resolver.Expect(items.GetList());
         bool typed = false;
         for (size_t i = 0; i < items.size(); ++i) {
             SortEntry& entry = entries[i];

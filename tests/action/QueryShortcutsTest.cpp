@@ -152,11 +152,10 @@ TEST_F(QueryShortcutsTest, SortByAnAttributeKeyReadInPlace) {
     EXPECT_EQ(Eval("\"/Top/A;/Top/B\".sort($Due)", top), "/Top/B;/Top/A");
 }
 
-// A long list of paths under a few parents reads each parent once into a
-// table of its children; every item still names the note the designator
-// names (the first child of the name, blanks trimmed), text that names no
-// note is its own key, and a parent with many more children than items
-// goes the usual way.
+// A long list of paths is resolved through the name index and the walk of
+// the sort's own resolver; every item still names the note the designator
+// names (the first child of the name, not the first note of the name in
+// the document, blanks trimmed), and text that names no note is its own key.
 TEST_F(QueryShortcutsTest, SortOfManyPathsNamesWhatDesignatorsName) {
     Node* other = MakeNote("other", top);
     Node* shelf = MakeNote("shelf", top, other);
