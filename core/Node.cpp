@@ -1,6 +1,7 @@
 #include "Node.h"
 
 #include <cassert>
+#include <typeinfo>
 #include <unordered_set>
 
 #include "Attribute.h"
@@ -631,6 +632,40 @@ std::string ComputedText(const Node* node, const Attribute* attribute) {
 }
 } // namespace
 
+namespace {
+// The text of a value, written into `out`.
+void TextOf(const Value* v, std::string& out) {
+    if (!v)
+        out.clear();
+    else if (const auto* text = dynamic_cast<const StringValue*>(v))
+        out.assign(text->Text());
+    else
+        out = v->AsString();
+}
+
+// The text of a stored value (see Attribute::ReadsStoredValuesOnly), as
+// WithClone reads it, under the note's lock alone. Besides values that read
+// as their clones, a colour's text is read in place too: its text is the
+// text it was made from, and its clone is made from that same text.
+void StoredText(const Node* node, const Attribute* attribute, std::string& out) {
+    ValuePtr clone;
+    {
+        StObjectLock guard(node->Lock());
+        if (node->IsBeingDeleted() || !node->GetHypertext()) {
+            out.clear();
+            return;
+        }
+        const Value* v = attribute->ValueFor(node);
+        if (!v || v->ReadsAsItsClone() || typeid(*v) == typeid(ColorValue)) {
+            TextOf(v, out);
+            return;
+        }
+        clone.reset(v->Clone());
+    }
+    TextOf(clone.get(), out);
+}
+} // namespace
+
 std::string Node::GetString(const Attribute* attribute) const {
     if (!attribute)
         return "";
@@ -638,6 +673,11 @@ std::string Node::GetString(const Attribute* attribute) const {
     // made for it (see the order of the locks above CreateClonedValue).
     if (attribute->ReadsOtherNotes())
         return ComputedText(this, attribute);
+    if (attribute->ReadsStoredValuesOnly()) {
+        std::string text;
+        StoredText(this, attribute, text);
+        return text;
+    }
     return WithClone(this, attribute, [](const Value* v) { return v ? v->AsString() : std::string(); });
 }
 
@@ -650,13 +690,12 @@ void Node::GetStringInto(const Attribute* attribute, std::string& out) const {
         out = ComputedText(this, attribute);
         return;
     }
+    if (attribute->ReadsStoredValuesOnly()) {
+        StoredText(this, attribute, out);
+        return;
+    }
     WithClone(this, attribute, [&out](const Value* v) {
-        if (!v)
-            out.clear();
-        else if (const auto* text = dynamic_cast<const StringValue*>(v))
-            out.assign(text->Text());
-        else
-            out = v->AsString();
+        TextOf(v, out);
         return true;
     });
 }
