@@ -322,7 +322,7 @@ std::string Node::Name() const {
         const Value* v = attr->ValueFor(original);
         n = v ? v->AsString() : std::string();
     }
-    if (!UnicodeString(n).IsValidUnicode())
+    if (!UnicodeString::IsValidUTF8(n))
         return "";
     return n;
 }
