@@ -16,7 +16,9 @@ class NameAttribute : public BasicAttribute {
 public:
     NameAttribute(const std::string& name) : BasicAttribute(name, kString, true) {}
     const Value* ValueFor(const Node* note) const override;
-    bool ReadsStoredValuesOnly() const override { return false; }
+    // A stored value of the original, kept nowhere else: read through the
+    // original, it is read under the lock that guards it.
+    bool ReadsStoredValuesOnly() const override { return true; }
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
 };
