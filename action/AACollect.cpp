@@ -1,6 +1,8 @@
 #include "AACollect.h"
 
 #include <set>
+#include <string_view>
+#include <vector>
 
 #include "AAArguments.h"
 #include "AttributeType.h"
@@ -36,6 +38,54 @@ NodeVector AACollect::Choose(Node* note, MatchList& matches, bool& found) const 
     return HTPath::All(note, text, matches);
 }
 
+namespace {
+
+// Whether computing `tree` only reads notes: constants, attributes of the
+// note itself, comparisons, arithmetic, `.contains`. Anything else (a
+// function, a designator) might create, move or delete notes, or is not
+// known not to; so is a tree too large to look through.
+bool OnlyReads(const AAValue* tree) {
+    static const std::set<std::string_view> readers{
+        "AAStringValue", "AAQuotedStringValue", "AAInteger",  "AABoolean",   "AAAttributeValue", "AAEqual",
+        "AANotEqual",    "AALess",              "AALessEqual", "AAGreater",  "AAGreaterEqual",   "AAAnd",
+        "AAOr",          "AANot",               "AAParenthetical", "AAPlus", "AAMinus",          "AAMultiply",
+        "AADivide",      "AANegate",            "AADotContains", "AADotContainsAny",
+    };
+    constexpr size_t kMostVisited = 256;
+    std::vector<const AAValue*> pending{tree};
+    for (size_t visited = 0; !pending.empty(); ++visited) {
+        if (visited >= kMostVisited)
+            return false;
+        const AAValue* value = pending.back();
+        pending.pop_back();
+        if (!value)
+            continue;
+        if (!readers.count(value->ClassName()))
+            return false;
+        if (const auto* reference = dynamic_cast<const AAAttributeValue*>(value);
+            reference && !reference->Designator().empty())
+            return false;
+        pending.push_back(value->GetNextArgument());
+        pending.push_back(value->Right());
+        pending.push_back(value->Left());
+    }
+    return true;
+}
+
+}  // namespace
+
+bool AACollect::WalksInPlace(Node* note, const std::string& text, MatchList& matches) const {
+    if (text != "all" || !note || note->Invalid() || !note->Root() || matches.HasBinding(text) ||
+        !HTPath::WithinDepth())
+        return false;
+    int known = onlyReads.load(std::memory_order_relaxed);
+    if (known == 0) {
+        known = OnlyReads(operand.get()) ? 1 : 2;
+        onlyReads.store(known, std::memory_order_relaxed);
+    }
+    return known == 1;
+}
+
 const Attribute* AACollect::SearchableAttribute(const Node* note) {
     return note ? note->GetAttribute("Searchable") : nullptr;
 }
@@ -59,18 +109,17 @@ bool AACollect::Included(Node* note, MatchList& matches, const Attribute* search
 
 ActionResult AACollect::ActionValue(Node* note, MatchList& matches) const {
     bool found = false;
-    NodeVector group = Choose(note, matches, found);
-    if (!found)
-        return ActionResult(std::string());
     const AAValue* expression = Expression();
     const Attribute* searchable = SearchableAttribute(note);
     ArgList result;
-    for (Node* member : group) {
+    ForEachMember(note, matches, found, [&](Node* member) {
         matches.matches.clear();
-        if (!Included(member, matches, searchable))
-            continue;
-        AACollect::AddCollected(result, expression, member, matches);
-    }
+        if (Included(member, matches, searchable))
+            AACollect::AddCollected(result, expression, member, matches);
+        return true;
+    });
+    if (!found)
+        return ActionResult(std::string());
     return ActionResult(result.ToString(";"));
 }
 
@@ -80,14 +129,14 @@ ActionResult AACountIf::ActionValue(Node* note, MatchList& matches) const {
     if (!Condition())
         return ActionResult("count_if: syntax error");
     bool found = false;
-    NodeVector group = Choose(note, matches, found);
     long count = 0;
     const Attribute* searchable = SearchableAttribute(note);
-    for (Node* member : group) {
+    ForEachMember(note, matches, found, [&](Node* member) {
         matches.matches.clear();
         if (Included(member, matches, searchable))
             ++count;
-    }
+        return true;
+    });
     return ActionResult(static_cast<double>(count));
 }
 
@@ -100,33 +149,32 @@ bool AASum::Total(Node* note, MatchList& matches, double& total, bool& interval,
     if (!expression || (HasCondition() && !Condition()))
         return false;
     bool found = false;
-    NodeVector group = Choose(note, matches, found);
-    groupSize = group.size();
+    groupSize = 0;
     const Attribute* searchable = SearchableAttribute(note);
     // A plain number attribute (`$Width`) is read as a number: the general
     // path writes each value as text and reads the text back.
-    std::string numberAttribute;
+    const Attribute* numberAttribute = nullptr;
     if (const auto* attribute = dynamic_cast<const AAAttributeValue*>(expression);
         attribute && attribute->Designator().empty() && note) {
         const Attribute* definition = note->GetAttribute(attribute->Name());
         if (definition && definition->GetType() == Type::kNumber)
-            numberAttribute = attribute->Name();
+            numberAttribute = definition;
     }
-    for (Node* member : group) {
+    ForEachMember(note, matches, found, [&](Node* member) {
+        ++groupSize;
         matches.matches.clear();
         if (!Included(member, matches, searchable))
-            continue;
-        if (!numberAttribute.empty()) {
+            return true;
+        if (numberAttribute) {
             total += member->GetDouble(numberAttribute);
-            continue;
-        }
-        if (expression->ResultType(member, matches) == Type::kInterval) {
+        } else if (expression->ResultType(member, matches) == Type::kInterval) {
             interval = true;
             total += ComputeValue(expression, member, matches).AsInterval().Seconds();
         } else {
             total += ComputeValue(expression, member, matches).AsDouble();
         }
-    }
+        return true;
+    });
     return true;
 }
 
@@ -161,12 +209,14 @@ ActionResult AAEvery::ActionValue(Node* note, MatchList& matches) const {
     if (!operand || !expression)
         return ActionResult(SyntaxError());
     bool found = false;
-    NodeVector group = Choose(note, matches, found);
-    for (Node* member : group) {
+    bool decided = false;
+    ForEachMember(note, matches, found, [&](Node* member) {
         matches.matches.clear();
-        if (ComputeTruth(expression, member, matches) == Decisive())
-            return Decisive() ? kTrueResult() : kFalseResult();
-    }
+        decided = ComputeTruth(expression, member, matches) == Decisive();
+        return !decided;
+    });
+    if (decided)
+        return Decisive() ? kTrueResult() : kFalseResult();
     return Decisive() ? kFalseResult() : kTrueResult();
 }
 
@@ -206,6 +256,10 @@ void AACollect::AddCollected(ArgList& result, const AAValue* expression, Node* m
     std::string value = ComputeValue(expression, member, matches).AsString();
     if (type == Type::kList || type == Type::kSet || type == Type::kDictionary)
         result.Add(value, ';');
-    else if (!value.empty())
+    else if (value.empty())
+        return;
+    else if (value.find_first_of(";(\"") == std::string::npos)
+        result.push_back(value);
+    else
         result.push_back(QuoteIfNeeded(value));
 }

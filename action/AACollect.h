@@ -1,9 +1,14 @@
 #pragma once
 // Group functions over the notes a designator names: designator, then the
 // further arguments. The `_if` forms take a condition before the expression.
+#include <atomic>
+
 #include "AAValue.h"
 #include "Attribute.h"
+#include "HTPath.h"
+#include "Node.h"
 #include "NodeVector.h"
+#include "NoteQuery.h"
 
 // `collect(group, expr)`: the expression computed on each note of the
 // group that allows searches, joined with ";".
@@ -17,6 +22,16 @@ public:
     // The notes of the group; `found` is false when the group computed to
     // nothing at all.
     NodeVector Choose(Node* note, MatchList& matches, bool& found) const;
+    // Calls `visit` on each note of the group in order, as Choose lists
+    // them, until it answers false. The group `all` is walked in place, with
+    // the notes ahead fetched, when the arguments only read notes: nothing
+    // can then change the tree during the walk, and no list of every note
+    // is gathered first.
+    template <typename Visit>
+    void ForEachMember(Node* note, MatchList& matches, bool& found, Visit visit) const;
+    // Whether the group's text `text` names the whole document and may be
+    // walked in place (see ForEachMember).
+    bool WalksInPlace(Node* note, const std::string& text, MatchList& matches) const;
     // Whether a note of the group takes part.
     virtual bool Included(Node* note, MatchList& matches) const;
     // The same, with the attribute Searchable of the group's document looked
@@ -31,7 +46,36 @@ public:
     // list's items one by one, any other value unless empty; the member's
     // name when there is no expression.
     static void AddCollected(ArgList& result, const AAValue* expression, Node* member, MatchList& matches);
+
+private:
+    // Whether every argument only reads: 0 not known yet, 1 yes, 2 no.
+    mutable std::atomic<int> onlyReads{0};
 };
+
+template <typename Visit>
+void AACollect::ForEachMember(Node* note, MatchList& matches, bool& found, Visit visit) const {
+    found = false;
+    const AAValue* group = operand.get();
+    if (!group)
+        return;
+    std::string text = ComputeValue(group, note, matches).AsString();
+    if (text.empty())
+        return;
+    found = true;
+    if (WalksInPlace(note, text, matches)) {
+        Node* root = note->Root();
+        std::vector<const Attribute*> fetched = AttributesReadBy(operand.get(), note);
+        if (const Attribute* searchable = SearchableAttribute(note))
+            fetched.push_back(searchable);
+        bool stopped = false;
+        VisitNotesInOutlineOrder(root->Son(), nullptr, fetched, [&stopped] { return stopped; },
+                                 [&](Node* member) { stopped = !visit(member); });
+        return;
+    }
+    for (Node* member : HTPath::All(note, text, matches))
+        if (!visit(member))
+            return;
+}
 
 // `collect_if(group, condition, expr)`; "find" is written as one.
 class AACollectIf : public AACollect {

@@ -9,13 +9,19 @@ namespace {
 
 // The regular-expression search of a text receiver: a match stores the
 // capture groups and answers its one-based position.
-ActionResult Search(std::string_view text, std::string_view pattern, bool caseSensitive, MatchList& matches) {
+// The one-based position of the match, or 0 for none.
+long SearchPosition(std::string_view text, std::string_view pattern, bool caseSensitive, MatchList& matches) {
     RegularExpression& regex = RegularExpression::Cached(pattern, !caseSensitive);
     RegularExpression::Match match;
     if (!regex.Search(text, match))
-        return AAValue::kFalseResult();
+        return 0;
     matches.matches = std::move(match.groups);
-    return ActionResult(static_cast<double>(match.position + 1));
+    return static_cast<long>(match.position) + 1;
+}
+
+ActionResult Search(std::string_view text, std::string_view pattern, bool caseSensitive, MatchList& matches) {
+    long position = SearchPosition(text, pattern, caseSensitive, matches);
+    return position ? ActionResult(static_cast<double>(position)) : AAValue::kFalseResult();
 }
 
 }  // namespace
@@ -50,6 +56,23 @@ ActionResult AADotContains::ActionValue(Node* note, MatchList& matches) const {
         std::string pattern = ComputeValue(right.get(), note, matches).AsString();
         return Contains(receiver, type, pattern, matches);
     }
+    long position = SearchText(note, matches);
+    return position ? ActionResult(static_cast<double>(position)) : kFalseResult();
+}
+
+bool AADotContains::Truth(Node* note, MatchList& matches) const {
+    if (!left || !right)
+        return false;
+    int type = left->ResultType(note, matches);
+    if (type == AttributeType::kSet || type == AttributeType::kList || type == AttributeType::kDictionary) {
+        ActionResult receiver = ComputeValue(left.get(), note, matches);
+        std::string pattern = ComputeValue(right.get(), note, matches).AsString();
+        return Contains(receiver, type, pattern, matches).IsTrue();
+    }
+    return SearchText(note, matches) != 0;
+}
+
+long AADotContains::SearchText(Node* note, MatchList& matches) const {
     // A text receiver (the usual query on $Name or $Text) is searched where
     // it lies, with no result built for it or for the pattern.
     std::string textBuffer;
@@ -65,8 +88,10 @@ ActionResult AADotContains::ActionValue(Node* note, MatchList& matches) const {
         patternBuffer = ComputeValue(right.get(), note, matches).AsString();
         pattern = patternBuffer;
     }
-    return Search(text, pattern, caseSensitive, matches);
+    return SearchPosition(text, pattern, caseSensitive, matches);
 }
+
+bool AADotContainsAny::Truth(Node* note, MatchList& matches) const { return ActionValue(note, matches).IsTrue(); }
 
 ActionResult AADotContainsAny::ActionValue(Node* note, MatchList& matches) const {
     if (!left || !right)

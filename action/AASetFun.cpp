@@ -447,6 +447,11 @@ ActionResult AASort::ActionValue(Node* note, MatchList& matches) const {
             if (order == Order::Date) {
                 entry.number = key->GetDate(member, matches).SecondsSince1970();
                 entry.hasNumber = true;
+            } else if (std::string_view text; FastText(key, member, matches, entry.text, text)) {
+                // The key's text read where it lies (an attribute of the
+                // note), as computing it would give it.
+                if (text.data() != entry.text.data() || text.size() != entry.text.size())
+                    entry.text = std::string(text);
             } else {
                 entry.text = ComputeValue(key, member, matches).AsString();
             }

@@ -575,39 +575,6 @@ ActionResult AAAttributeValue::ValueFor(Node* target, Node*, MatchList&) const {
     return result;
 }
 
-namespace {
-
-// The text Node::GetString answers, written into `out`: a value that reads
-// as its clone is read in place under the note's lock (a stored text copied
-// straight from where it lies), any other one as a clone outside it.
-void ReadText(const Node* note, const Attribute* attribute, std::string& out) {
-    ValuePtr clone;
-    {
-        StObjectLock guard(note->Lock());
-        if (note->IsBeingDeleted() || !note->GetHypertext()) {
-            out.clear();
-            return;
-        }
-        bool read = attribute
-                        ->ReadInPlace(note,
-                                      [&out](const Value* v) {
-                                          if (!v)
-                                              out.clear();
-                                          else if (const auto* text = dynamic_cast<const StringValue*>(v))
-                                              out.assign(text->Text());
-                                          else
-                                              out = v->AsString();
-                                          return true;
-                                      })
-                        .has_value();
-        if (read)
-            return;
-        clone.reset(attribute->ClonedValueFor(note));
-    }
-    out = clone ? clone->AsString() : std::string();
-}
-
-}  // namespace
 
 bool AAAttributeValue::TextInPlace(Node* note, MatchList&, std::string& buffer, std::string_view& text) const {
     if (!designator.empty() || !note || isText)
@@ -619,7 +586,7 @@ bool AAAttributeValue::TextInPlace(Node* note, MatchList&, std::string& buffer, 
     }
     if (attribute->IsDate() || attribute->IsDictionaryAttribute())
         return false;
-    ReadText(isName ? note->GetOriginal() : note, attribute, buffer);
+    (isName ? note->GetOriginal() : note)->GetStringInto(attribute, buffer);
     text = buffer;
     return true;
 }

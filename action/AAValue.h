@@ -515,9 +515,14 @@ public:
     // regular expression searched in the receiver's text: a match stores
     // the capture groups and answers its one-based position.
     ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    // ActionValue as a truth, with no result made for a text receiver.
+    bool Truth(Node* note, MatchList& matches) const override;
     bool IsValid(const Node* note) const override;
 
 protected:
+    // A text receiver searched for the pattern: the one-based position of
+    // the match (its captures stored), or 0.
+    long SearchText(Node* note, MatchList& matches) const;
     // The test of one pattern on a computed receiver of the given type.
     ActionResult Contains(const ActionResult& receiver, int receiverType, const std::string& pattern,
                           MatchList& matches) const;
@@ -533,6 +538,7 @@ public:
     using AADotContains::AADotContains;
     const char* ClassName() const override { return "AADotContainsAny"; }
     ActionResult ActionValue(Node* note, MatchList& matches) const override;
+    bool Truth(Node* note, MatchList& matches) const override;
 };
 
 // Family bases of the function library.

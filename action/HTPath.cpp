@@ -287,6 +287,8 @@ Node* HTPath::Resolve(Node* base, const std::string& text, bool withWhole, Match
 
 // --------------------------------------------------------------- many notes
 
+bool HTPath::WithinDepth() { return depth + 1 <= kMaxDepth; }
+
 NodeVector HTPath::All(const Node* note, const std::string& path, MatchList& matches) {
     return HTPath(path).All(note, matches);
 }

@@ -34,6 +34,9 @@ public:
     // One note, or null.
     static Node* Get(const Node* note, const std::string& path, MatchList& matches);
     virtual Node* Get(const Node* note, MatchList& matches) const;
+    // Whether one more designator may be resolved here: past a depth of
+    // designators nested in designators, every designator names nothing.
+    static bool WithinDepth();
     // Every note the designator names, in order; duplicates are kept.
     static NodeVector All(const Node* note, const std::string& path, MatchList& matches);
     virtual NodeVector All(const Node* note, MatchList& matches) const;

@@ -46,9 +46,12 @@ bool NoteQuery::Holds(Node* note, MatchList& matches) const {
 }
 
 bool NoteQuery::Matches(Node* note, MatchList& matches) const {
+    return Matches(note, matches, note ? searchable.Find(note, "Searchable") : nullptr);
+}
+
+bool NoteQuery::Matches(Node* note, MatchList& matches, const Attribute* searchableAttribute) const {
     if (!tree || !note || note->Invalid() || note->IsAlias())
         return false;
-    const Attribute* searchableAttribute = searchable.Find(note, "Searchable");
     if (searchableAttribute && !note->GetBoolean(searchableAttribute))
         return false;
     if (Holds(note, matches))
@@ -67,11 +70,12 @@ NodeVector NoteQuery::FindAll(Hypertext* document) const {
     MatchList matches;
     Node* root = document->Root();
     std::vector<const Attribute*> fetched = AttributesReadBy(tree.get(), root);
-    if (const Attribute* searchableAttribute = searchable.Find(root, "Searchable"))
+    const Attribute* searchableAttribute = searchable.Find(root, "Searchable");
+    if (searchableAttribute)
         fetched.push_back(searchableAttribute);
     VisitNotesInOutlineOrder(root->Son(), root->Sentinel(), fetched, [] { return false; }, [&](Node* note) {
         matches.matches.clear();
-        if (Matches(note, matches))
+        if (Matches(note, matches, searchableAttribute))
             found.push_back(note);
     });
     return found;

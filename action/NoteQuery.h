@@ -42,11 +42,13 @@ void VisitNotesInOutlineOrder(Node* first, Node* end, const std::vector<const At
         Node* next = following(note);
         Node* second = following(next);
         if (Node* third = following(second)) {
+            // What a scan reads of a note lies in its first 144 bytes (see
+            // Node.h), the lock, which is written, among them.
             const char* bytes = reinterpret_cast<const char*>(third);
             const char* lock = reinterpret_cast<const char*>(&third->Lock());
             __builtin_prefetch(bytes);
             __builtin_prefetch(bytes + 64);
-            __builtin_prefetch(lock - 64);
+            __builtin_prefetch(bytes + 128);
             __builtin_prefetch(lock, 1);
         }
         if (second) {
@@ -81,6 +83,8 @@ public:
 
 private:
     bool Holds(Node* note, MatchList& matches) const;
+    // Matches, with the attribute Searchable of the note's document given.
+    bool Matches(Node* note, MatchList& matches, const Attribute* searchableAttribute) const;
 
     AAValuePtr tree;
     AttributeCache searchable;

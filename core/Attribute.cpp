@@ -62,10 +62,16 @@ void Attribute::Sort() {
 }
 
 Value* Attribute::ClonedValueFor(const Node* note) const {
-    return cloneQueue.Sync([&]() -> Value* {
+    if (ReadsOtherNotes())
+        return Value::Create(ComputeText(note));
+    auto clone = [&]() -> Value* {
         const Value* v = ValueFor(note);
         return v ? v->Clone() : Value::Create("");
-    });
+    };
+    // See ReadsStoredValuesOnly: the caller holds the note's lock.
+    if (ReadsStoredValuesOnly())
+        return clone();
+    return cloneQueue.Sync(clone);
 }
 
 std::string Attribute::Category() const {
@@ -294,6 +300,12 @@ const Value* RenamedAndDeprecatedAttribute::GetDefaultValue(const Node* note) co
 
 const Value* RenamedAndDeprecatedAttribute::GetTheDefaultValue() const {
     return target ? target->GetTheDefaultValue() : BasicAttribute::GetTheDefaultValue();
+}
+
+bool RenamedAndDeprecatedAttribute::ReadsOtherNotes() const { return target && target->ReadsOtherNotes(); }
+
+std::string RenamedAndDeprecatedAttribute::ComputeText(const Node* note) const {
+    return target ? target->ComputeText(note) : std::string();
 }
 
 std::string RenamedAndDeprecatedAttribute::Category() const {

@@ -27,8 +27,18 @@ public:
     // Whether a note's local value must be written to a file.
     virtual bool NeedToWrite(const Node* note, const Attribute* attribute, const Value* value) const;
     virtual void Sort();
-    // A new value the caller owns: ValueFor and Clone on this attribute's clone queue.
+    // A new value the caller owns: ValueFor and Clone on this attribute's
+    // clone queue; for an attribute that reads other notes, its text
+    // computed afresh, outside the queue.
     virtual Value* ClonedValueFor(const Node* note) const;
+    // Whether a read of this attribute reads other notes (their names, the
+    // original's aliases, what a hook gives), taking each one's lock. Such a
+    // read must hold no note lock and no clone queue (see Node.cpp on the
+    // order of the locks), so it is computed afresh by ComputeText.
+    virtual bool ReadsOtherNotes() const { return false; }
+    // The text a read of `note` answers, for an attribute that reads other
+    // notes; "" for the rest.
+    virtual std::string ComputeText(const Node* note) const { return ""; }
     // Converts the value a read of `note` answers in place, on this
     // attribute's clone queue as ClonedValueFor reads it, when the value
     // reads as its clone; nothing otherwise (the caller then converts a
@@ -36,13 +46,26 @@ public:
     template <typename F>
     auto ReadInPlace(const Node* note, F&& convert) const
         -> std::optional<decltype(convert(static_cast<const Value*>(nullptr)))> {
-        return cloneQueue.Sync([&]() -> std::optional<decltype(convert(static_cast<const Value*>(nullptr)))> {
+        using Answer = std::optional<decltype(convert(static_cast<const Value*>(nullptr)))>;
+        if (ReadsOtherNotes())
+            return std::nullopt;
+        auto read = [&]() -> Answer {
             const Value* value = ValueFor(note);
             if (value && value->ReadsAsItsClone())
                 return convert(value);
             return std::nullopt;
-        });
+        };
+        if (ReadsStoredValuesOnly())
+            return read();
+        return cloneQueue.Sync(read);
     }
+    // Whether a read answers a stored value (the note's, its prototypes' or
+    // the default) and keeps nothing between reads. Such a read is made
+    // under the note's lock alone, without the clone queue: writes to the
+    // note's values take that lock, a replaced value goes to the document's
+    // deferred deletion, and the queue only guards what computed
+    // attributes keep between reads.
+    virtual bool ReadsStoredValuesOnly() const { return false; }
 
     // The value a read of `note` answers (borrowed).
     virtual const Value* ValueFor(const Node* note) const = 0;
@@ -142,6 +165,9 @@ public:
 
     const Value* ValueFor(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override;
+    // True for this class; a subclass whose reads compute or cache anything
+    // answers false.
+    bool ReadsStoredValuesOnly() const override { return true; }
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
     void SetDefault(Value* value) override;
@@ -179,6 +205,9 @@ public:
     const Value* GetTheDefaultValue() const override;
     std::string Category() const override;
     bool IsDeprecated() const override { return true; }
+    bool ReadsOtherNotes() const override;
+    std::string ComputeText(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return target ? target->ReadsStoredValuesOnly() : true; }
     Attribute* Target() const { return target; }
 
 private:
@@ -190,6 +219,7 @@ class ShadowAttribute : public BasicAttribute {
 public:
     using BasicAttribute::BasicAttribute;
     const Value* GetDefaultValue(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return false; }
 
 private:
     mutable Value* falseValue = nullptr;
@@ -220,6 +250,7 @@ public:
     using BasicAttribute::BasicAttribute;
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
+    bool ReadsStoredValuesOnly() const override { return false; }
 
 protected:
     const Value* KeepString(const Node* note, const std::string& text) const { return slot.KeepText(note, text); }
@@ -241,6 +272,8 @@ public:
     PreferenceAttribute(const std::string& name, int kind, int type, bool editable);
     bool IsPreferenceAttribute() const override { return true; }
     int GetKind() const override { return kind; }
+    // The default is made afresh from the preferences on each read.
+    bool ReadsStoredValuesOnly() const override { return false; }
     const Value* GetDefaultValue(const Node* note) const override;
     virtual const Value* GetDefaultValue(const Prefs* prefs) const;
     void SetDefault(Value* value) override;

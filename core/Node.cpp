@@ -1,6 +1,7 @@
 #include "Node.h"
 
 #include <cassert>
+#include <typeinfo>
 #include <unordered_set>
 
 #include "Attribute.h"
@@ -321,7 +322,7 @@ std::string Node::Name() const {
         const Value* v = attr->ValueFor(original);
         n = v ? v->AsString() : std::string();
     }
-    if (!UnicodeString(n).IsValidUnicode())
+    if (!UnicodeString::IsValidUTF8(n))
         return "";
     return n;
 }
@@ -556,10 +557,21 @@ const Value* Node::Get(const Attribute* attribute) const {
     return attribute->ValueFor(this);
 }
 
+// The order of the locks a read takes, so that no two threads wait on each
+// other: first the note's lock, then the attribute's clone queue, then only
+// locks that are taken last (the computed-value slot's queue, the link
+// store's). No other note's lock is ever taken under them. An attribute that
+// reads other notes (ReadsOtherNotes: Path, Container, Aliases, Prototype
+// ...) is therefore computed after the note's lock is released and without
+// its clone queue, and each note it reads takes its own lock alone.
 Value* Node::CreateClonedValue(const Attribute* attribute) const {
-    StObjectLock guard(lock);
-    if (beingDeleted || !hypertext || !attribute)
-        return Value::Create("");
+    {
+        StObjectLock guard(lock);
+        if (beingDeleted || !hypertext || !attribute)
+            return Value::Create("");
+        if (!attribute->ReadsOtherNotes())
+            return attribute->ClonedValueFor(this);
+    }
     return attribute->ClonedValueFor(this);
 }
 
@@ -574,19 +586,25 @@ namespace {
 // Converts the value a read answers as CreateClonedValue would give it, under
 // the same locks; most values are converted in place, without a copy made
 // and destroyed for every read.
+// The locks are taken in the order given above CreateClonedValue.
 template <typename F>
 auto WithClone(const Node* node, const Attribute* attribute, F convert) {
     ValuePtr clone;
+    bool readsOtherNotes = false;
     {
         StObjectLock guard(node->Lock());
         if (node->IsBeingDeleted() || !node->GetHypertext() || !attribute) {
             clone.reset(Value::Create(""));
+        } else if (attribute->ReadsOtherNotes()) {
+            readsOtherNotes = true;
         } else {
             if (auto converted = attribute->ReadInPlace(node, convert))
                 return *converted;
             clone.reset(attribute->ClonedValueFor(node));
         }
     }
+    if (readsOtherNotes)
+        clone.reset(attribute->ClonedValueFor(node));
     // Other values (dates that may still compute their expression, among
     // them) are converted outside the locks, as clones.
     return convert(clone.get());
@@ -598,10 +616,93 @@ std::string Node::GetString(const std::string& attributeName) const {
     return GetString(a);
 }
 
+namespace {
+// Whether the note may be read at all; taken under its lock.
+bool Readable(const Node* node) {
+    StObjectLock guard(node->Lock());
+    return !node->IsBeingDeleted() && node->GetHypertext();
+}
+
+// The text of an attribute that reads other notes, as the value made from
+// it reads (ClonedValueFor): only text with a legacy tag ("Long[ 5 ]")
+// reads otherwise, so only such text is made into a value.
+std::string ComputedText(const Node* node, const Attribute* attribute) {
+    if (!Readable(node))
+        return "";
+    std::string text = attribute->ComputeText(node);
+    if (text.find('[') == std::string::npos)
+        return text;
+    ValuePtr value(Value::Create(text));
+    return value ? value->AsString() : std::string();
+}
+} // namespace
+
+namespace {
+// The text of a value, written into `out`.
+void TextOf(const Value* v, std::string& out) {
+    if (!v)
+        out.clear();
+    else if (const auto* text = dynamic_cast<const StringValue*>(v))
+        out.assign(text->Text());
+    else
+        out = v->AsString();
+}
+
+// The text of a stored value (see Attribute::ReadsStoredValuesOnly), as
+// WithClone reads it, under the note's lock alone. Besides values that read
+// as their clones, a colour's text is read in place too: its text is the
+// text it was made from, and its clone is made from that same text.
+void StoredText(const Node* node, const Attribute* attribute, std::string& out) {
+    ValuePtr clone;
+    {
+        StObjectLock guard(node->Lock());
+        if (node->IsBeingDeleted() || !node->GetHypertext()) {
+            out.clear();
+            return;
+        }
+        const Value* v = attribute->ValueFor(node);
+        if (!v || v->ReadsAsItsClone() || typeid(*v) == typeid(ColorValue)) {
+            TextOf(v, out);
+            return;
+        }
+        clone.reset(v->Clone());
+    }
+    TextOf(clone.get(), out);
+}
+} // namespace
+
 std::string Node::GetString(const Attribute* attribute) const {
     if (!attribute)
         return "";
+    // Text computed from other notes is taken as computed, with no value
+    // made for it (see the order of the locks above CreateClonedValue).
+    if (attribute->ReadsOtherNotes())
+        return ComputedText(this, attribute);
+    if (attribute->ReadsStoredValuesOnly()) {
+        std::string text;
+        StoredText(this, attribute, text);
+        return text;
+    }
     return WithClone(this, attribute, [](const Value* v) { return v ? v->AsString() : std::string(); });
+}
+
+void Node::GetStringInto(const Attribute* attribute, std::string& out) const {
+    if (!attribute) {
+        out.clear();
+        return;
+    }
+    if (attribute->ReadsOtherNotes()) {
+        out = ComputedText(this, attribute);
+        return;
+    }
+    if (attribute->ReadsStoredValuesOnly()) {
+        StoredText(this, attribute, out);
+        return;
+    }
+    WithClone(this, attribute, [&out](const Value* v) {
+        TextOf(v, out);
+        return true;
+    });
 }
 
 std::string Node::GetFormattedString(const std::string& n, const std::string& format) const {
@@ -617,8 +718,10 @@ std::string Node::GetExportString(const std::string& n, const std::string& forma
                      [&](const Value* v) { return v ? v->AsExportString(format, hypertext) : std::string(); });
 }
 
-double Node::GetDouble(const std::string& n) const {
-    return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? v->AsDouble() : 0.0; });
+double Node::GetDouble(const std::string& n) const { return GetDouble(GetAttribute(n)); }
+
+double Node::GetDouble(const Attribute* attribute) const {
+    return WithClone(this, attribute, [](const Value* v) { return v ? v->AsDouble() : 0.0; });
 }
 
 long Node::GetLong(const std::string& n) const {

@@ -116,10 +116,14 @@ public:
     virtual Value* CreateClonedValue(const std::string& name) const;
     virtual std::string GetString(const std::string& name) const;
     virtual std::string GetString(const Attribute* attribute) const;
+    // GetString written into `out`, whose storage is reused: a stored text
+    // is copied straight from where it lies.
+    void GetStringInto(const Attribute* attribute, std::string& out) const;
     virtual std::string GetFormattedString(const std::string& name, const std::string& format) const;
     virtual std::string GetShortString(const std::string& name) const;
     virtual std::string GetExportString(const std::string& name, const std::string& format) const;
     virtual double GetDouble(const std::string& name) const;
+    double GetDouble(const Attribute* attribute) const;
     virtual PColor GetColor(const std::string& name) const;
     virtual long GetLong(const std::string& name) const;
     virtual unsigned long GetUnsignedLong(const std::string& name) const;
@@ -223,29 +227,6 @@ protected:
     friend class NodePosition;
     friend class AliasNode;
 
-    Hypertext* hypertext = nullptr;
-    // Links in the document's list of every note it made (see
-    // Hypertext::Adopt): a list costs no hashing and no extra allocation.
-    Node* ownedPrevious = nullptr;
-    Node* ownedNext = nullptr;
-    friend class Hypertext;
-    NodeID id;
-    PropertyList properties;
-    mutable std::unique_ptr<Content> content;
-    // The cached prototype, kept equal to prototypeCache's by the cache.
-    mutable Node* prototypeNode = nullptr;
-    mutable ObjectLock lock;
-    RylThreadSafeCount outlineOrder;
-    RylThreadSafeCount siblingOrder;
-    bool hidden = false;
-    bool newlyCreated = false;
-    bool beingDeleted = false;
-    // Set by AliasNode, whose prototype is its original's: inherited reads of
-    // plain notes then skip the virtual lookup.
-    bool readsPrototypeThroughOriginal = false;
-    bool needsGeographicUpdate = false;
-    bool needsToBeIndexed = false;
-    bool inhibitSorting = false;
     // What few notes ever have, made on first use: the prototype relation and
     // its pending request, the note's aliases, the adornments it had before
     // it moved, the text an export accumulates for it, and its composites.
@@ -274,8 +255,35 @@ protected:
         Rare* extra = KnownRare();
         return extra ? extra->aliases.load(std::memory_order_acquire) : nullptr;
     }
+
+    // What a scan reads of every note comes first, so that it shares as few
+    // cache lines as it can: the tree links (in the base), the document, the
+    // values, the prototype, the lock, the flags and the rare part.
+    Hypertext* hypertext = nullptr;
+    PropertyList properties;
+    // The cached prototype, kept equal to prototypeCache's by the cache.
+    mutable Node* prototypeNode = nullptr;
+    mutable ObjectLock lock;
+    bool hidden = false;
+    bool newlyCreated = false;
+    bool beingDeleted = false;
+    // Set by AliasNode, whose prototype is its original's: inherited reads of
+    // plain notes then skip the virtual lookup.
+    bool readsPrototypeThroughOriginal = false;
+    bool needsGeographicUpdate = false;
+    bool needsToBeIndexed = false;
+    bool inhibitSorting = false;
     // Owned; deleted with the note.
     mutable std::atomic<Rare*> rare{nullptr};
+    // Links in the document's list of every note it made (see
+    // Hypertext::Adopt): a list costs no hashing and no extra allocation.
+    Node* ownedPrevious = nullptr;
+    Node* ownedNext = nullptr;
+    friend class Hypertext;
+    NodeID id;
+    mutable std::unique_ptr<Content> content;
+    RylThreadSafeCount outlineOrder;
+    RylThreadSafeCount siblingOrder;
 };
 
 // The one note that stands for "no note": every query answers safely.

@@ -105,9 +105,11 @@ void TextAttribute::Remove(Node* note) { NodeText(note).SetText(""); }
 
 // ------------------------------------------------------------ Path, Local
 
-const Value* PathAttribute::ValueFor(const Node* note) const {
-    return KeepString(note, note ? NodeFacade(note).HTPath() : std::string());
+std::string PathAttribute::ComputeText(const Node* note) const {
+    return note ? NodeFacade(note).HTPath() : std::string();
 }
+
+const Value* PathAttribute::ValueFor(const Node* note) const { return KeepString(note, ComputeText(note)); }
 
 const Value* LocalAttribute::ValueFor(const Node* note) const {
     std::string names;
@@ -125,26 +127,32 @@ const Value* LocalAttribute::ValueFor(const Node* note) const {
     return KeepString(note, names);
 }
 
-const Value* HTMLExportPathAttribute::ValueFor(const Node* note) const {
+const Value* HTMLExportPathAttribute::ValueFor(const Node* note) const { return KeepString(note, ComputeText(note)); }
+
+std::string HTMLExportPathAttribute::ComputeText(const Node* note) const {
     if (!note)
-        return KeepString(note, "");
+        return "";
     auto& fileName = GetHooks().exportFileName;
     std::string path;
     for (const Node* n = note; n && !n->IsRoot(); n = n->Father())
         path = "/" + (fileName ? fileName(n) : n->Name()) + path;
     if (path.empty())
         path = "/";
-    return KeepString(note, path + note->GetString("HTMLExportExtension"));
+    return path + note->GetString("HTMLExportExtension");
 }
 
-const Value* NoteURLAttribute::ValueFor(const Node* note) const {
+std::string NoteURLAttribute::ComputeText(const Node* note) const {
     auto& url = GetHooks().noteURL;
-    return KeepString(note, note && url ? url(note) : std::string());
+    return note && url ? url(note) : std::string();
 }
 
-const Value* DisplayNameAttribute::ValueFor(const Node* note) const {
-    return KeepString(note, note ? note->DisplayName() : std::string());
+const Value* NoteURLAttribute::ValueFor(const Node* note) const { return KeepString(note, ComputeText(note)); }
+
+std::string DisplayNameAttribute::ComputeText(const Node* note) const {
+    return note ? note->DisplayName() : std::string();
 }
+
+const Value* DisplayNameAttribute::ValueFor(const Node* note) const { return KeepString(note, ComputeText(note)); }
 
 const Value* AliasAttribute::ValueFor(const Node* note) const { return SharedBoolean(note && note->IsAlias()); }
 
@@ -173,10 +181,12 @@ const Value* TimelineScaleColor2Attribute::ValueFor(const Node* note) const {
 
 // -------------------------------------------------------------- Prototype
 
-const Value* PrototypeAttribute::ValueFor(const Node* note) const {
+std::string PrototypeAttribute::ComputeText(const Node* note) const {
     const Node* prototype = note ? note->GetOriginal()->GetPrototype() : nullptr;
-    return slot.KeepText(note, prototype ? prototype->Name() : std::string());
+    return prototype ? prototype->Name() : std::string();
 }
+
+const Value* PrototypeAttribute::ValueFor(const Node* note) const { return slot.KeepText(note, ComputeText(note)); }
 
 const Value* PrototypeAttribute::ImmediateValue(const Node* note) const {
     const Node* prototype = note ? note->GetOriginal()->GetPrototype() : nullptr;
@@ -211,7 +221,9 @@ void PrototypeAttribute::Remove(Node* note) {
 
 // ---------------------------------------------------------------- Aliases
 
-const Value* AliasesAttribute::ValueFor(const Node* note) const {
+const Value* AliasesAttribute::ValueFor(const Node* note) const { return slot.KeepText(note, ComputeText(note)); }
+
+std::string AliasesAttribute::ComputeText(const Node* note) const {
     std::string paths;
     if (note)
         for (Node* alias : note->GetOriginal()->Aliases()) {
@@ -219,16 +231,17 @@ const Value* AliasesAttribute::ValueFor(const Node* note) const {
                 paths += ';';
             paths += NodeFacade(alias).HTPath();
         }
-    return slot.KeepText(note, paths);
+    return paths;
 }
 
 // ----------------------------------------------------------------- Parent
 
-const Value* ParentAttribute::ValueFor(const Node* note) const {
+std::string ParentAttribute::ComputeText(const Node* note) const {
     Node* father = note ? note->Father() : nullptr;
-    std::string path = NodeFacade(father).Valid() ? NodeFacade(father).HTPath() : std::string();
-    return slot.KeepText(note, path);
+    return NodeFacade(father).Valid() ? NodeFacade(father).HTPath() : std::string();
 }
+
+const Value* ParentAttribute::ValueFor(const Node* note) const { return slot.KeepText(note, ComputeText(note)); }
 
 const Value* ParentAttribute::ImmediateValue(const Node* note) const { return ValueFor(note); }
 

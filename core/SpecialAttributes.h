@@ -16,6 +16,9 @@ class NameAttribute : public BasicAttribute {
 public:
     NameAttribute(const std::string& name) : BasicAttribute(name, kString, true) {}
     const Value* ValueFor(const Node* note) const override;
+    // A stored value of the original, kept nowhere else: read through the
+    // original, it is read under the lock that guards it.
+    bool ReadsStoredValuesOnly() const override { return true; }
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
 };
@@ -25,6 +28,7 @@ class TextAttribute : public BasicAttribute {
 public:
     TextAttribute(const std::string& name) : BasicAttribute(name, kString, true) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return false; }
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
 
@@ -37,6 +41,8 @@ class PathAttribute : public ReadOnlyAttribute {
 public:
     PathAttribute(const std::string& name) : ReadOnlyAttribute(name, kString, false) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsOtherNotes() const override { return true; }
+    std::string ComputeText(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override { return ValueFor(note); }
 };
 
@@ -53,6 +59,8 @@ class HTMLExportPathAttribute : public ReadOnlyAttribute {
 public:
     HTMLExportPathAttribute(const std::string& name) : ReadOnlyAttribute(name, kString, false) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsOtherNotes() const override { return true; }
+    std::string ComputeText(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override { return ValueFor(note); }
 };
 
@@ -60,6 +68,8 @@ class NoteURLAttribute : public ReadOnlyAttribute {
 public:
     NoteURLAttribute(const std::string& name) : ReadOnlyAttribute(name, kString, false) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsOtherNotes() const override { return true; }
+    std::string ComputeText(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override { return ValueFor(note); }
 };
 
@@ -67,6 +77,8 @@ class DisplayNameAttribute : public ReadOnlyAttribute {
 public:
     DisplayNameAttribute(const std::string& name) : ReadOnlyAttribute(name, kString, false) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsOtherNotes() const override { return true; }
+    std::string ComputeText(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override { return ValueFor(note); }
 };
 
@@ -75,6 +87,7 @@ class AliasAttribute : public BasicAttribute {
 public:
     AliasAttribute(const std::string& name) : BasicAttribute(name, kBoolean, false) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return false; }
 };
 
 // Answers whether the note is an adornment.
@@ -82,6 +95,7 @@ class AdornmentAttribute : public BasicAttribute {
 public:
     AdornmentAttribute(const std::string& name) : BasicAttribute(name, kBoolean, false) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return false; }
 };
 
 // The timeline's second scale colour: its value, or the map background when
@@ -91,6 +105,7 @@ public:
     TimelineScaleColor2Attribute(const std::string& name) : BasicAttribute(name, kColor, true) {}
     ~TimelineScaleColor2Attribute() override;
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return false; }
 
 private:
     mutable Value* black = nullptr;
@@ -101,6 +116,9 @@ class PrototypeAttribute : public BasicAttribute {
 public:
     PrototypeAttribute(const std::string& name) : BasicAttribute(name, kString, true) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return false; }
+    bool ReadsOtherNotes() const override { return true; }
+    std::string ComputeText(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override;
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;
@@ -114,6 +132,9 @@ class AliasesAttribute : public BasicAttribute {
 public:
     AliasesAttribute(const std::string& name) : BasicAttribute(name, kList, true) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return false; }
+    bool ReadsOtherNotes() const override { return true; }
+    std::string ComputeText(const Node* note) const override;
 
 private:
     ComputedValueSlot slot;
@@ -124,6 +145,9 @@ class ParentAttribute : public BasicAttribute {
 public:
     ParentAttribute(const std::string& name) : BasicAttribute(name, kString, true) {}
     const Value* ValueFor(const Node* note) const override;
+    bool ReadsStoredValuesOnly() const override { return false; }
+    bool ReadsOtherNotes() const override { return true; }
+    std::string ComputeText(const Node* note) const override;
     const Value* ImmediateValue(const Node* note) const override;
     void Set(Node* note, const Value* value) override;
     void Remove(Node* note) override;

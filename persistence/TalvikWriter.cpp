@@ -1,6 +1,8 @@
 #include "TalvikWriter.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "Attribute.h"
 #include "Base64.h"
@@ -298,9 +300,21 @@ std::string TalvikWriter::Prepare(const Node* node) const {
 }
 
 void TalvikWriter::PrepareInto(const Node* node, std::string& out) const {
+    // The note's values are listed under its lock and weighed after it is
+    // released: NeedToWrite reads the prototype and defaults, which may read
+    // other notes, and no other note's lock is taken under a note's lock (see
+    // Node.cpp). A value replaced meanwhile stays alive in the document's
+    // deferred deletion, which is drained only after an agent pass and on
+    // closing, on the thread that saves.
+    std::vector<std::pair<const Attribute*, const Value*>> values;
     {
         StObjectLock guard(node->Lock());
-        for (const auto& [attribute, value] : node->Properties()) {
+        values.reserve(node->Properties().size());
+        for (const auto& [attribute, value] : node->Properties())
+            values.emplace_back(attribute, value);
+    }
+    {
+        for (const auto& [attribute, value] : values) {
             if (!attribute || !value || !attribute->NeedToWrite(node, attribute, value))
                 continue;
             out += "<attribute name=\"";

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -68,4 +69,68 @@ TEST(NodeThreads, AttributesOfTheSameNotesFromSeveralThreads) {
         EXPECT_NE(note->GetPrototypeCache(), nullptr);
         EXPECT_EQ(note->OutputWorkingString().size(), 2u);
     }
+}
+
+// Paths, containers, aliases and prototypes are computed from other notes'
+// names. One thread reads them for a note deep in the tree while others read
+// the same attributes of its ancestors: a read must never hold one note's
+// lock (or an attribute's queue) while it waits for another note's lock, or
+// two such readers wait on each other for ever.
+TEST(NodeThreads, ComputedReadsOfAncestorsNeverWaitOnEachOther) {
+    // Left alive if the readers hang, so that no lock they hold is destroyed.
+    auto* doc = new Hypertext();
+    std::vector<Node*> chain;
+    Node* parent = nullptr;
+    for (int i = 0; i < 6; ++i) {
+        parent = MakeNote(*doc, "N" + std::to_string(i), parent);
+        chain.push_back(parent);
+    }
+    Node* leaf = chain.back();
+    Node* alias = NodeMaker(doc).MakeAlias(leaf, chain[1], nullptr);
+    ASSERT_NE(alias, nullptr);
+    chain[2]->SetPrototype(chain[0], false);
+    const std::string leafPath = "/N0/N1/N2/N3/N4/N5";
+
+    constexpr int kThreads = 4;
+    constexpr int kRounds = 300;
+    std::atomic<int> ready{0};
+    std::atomic<int> finished{0};
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t)
+        threads.emplace_back([&, t] {
+            ++ready;
+            while (ready.load() < kThreads)
+                std::this_thread::yield();
+            for (int round = 0; round < kRounds; ++round) {
+                // Even threads read from the leaf up, odd ones each ancestor.
+                if (t % 2 == 0) {
+                    wrong += leaf->GetString("Path") != leafPath;
+                    wrong += leaf->GetString("Container") != "/N0/N1/N2/N3/N4";
+                    wrong += leaf->GetString("Aliases") != "/N0/N1/N5";
+                    ValuePtr path(alias->CreateClonedValue("Path"));
+                    wrong += path->AsString() != "/N0/N1/N5";
+                } else {
+                    for (size_t i = 0; i < chain.size(); ++i) {
+                        Node* note = chain[(i + round) % chain.size()];
+                        wrong += note->GetString("Path").empty();
+                        ValuePtr container(note->CreateClonedValue("Container"));
+                        wrong += note != chain[0] && container->AsString().empty();
+                    }
+                    wrong += chain[2]->GetString("Prototype") != "N0";
+                }
+            }
+            ++finished;
+        });
+    for (int waited = 0; waited < 600 && finished.load() < kThreads; ++waited)
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    if (finished.load() < kThreads) {
+        for (auto& thread : threads)
+            thread.detach();
+        FAIL() << "readers of computed attributes are still waiting after a minute";
+    }
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong.load(), 0);
+    delete doc;
 }

@@ -269,3 +269,33 @@ TEST(TypedAttributes, WritingTheSharedValueANoteHoldsKeepsOneReference) {
     doc.CleanupDeletedValues();
     EXPECT_EQ(date->Count(), 1);
 }
+
+// Text reads of stored values take a shorter way than cloning the value
+// (colours and strings are read where they lie): they answer what a clone
+// of the value answers, for own, inherited and default values alike.
+TEST(TypedAttributes, StoredTextReadsAnswerAsTheirClones) {
+    Hypertext doc;
+    Node* prototype = MakeNote(doc, "Proto");
+    Node* note = MakeNote(doc, "Note");
+    Node* plain = MakeNote(doc, "Plain");
+    note->SetPrototype(prototype, false);
+    prototype->Set("Color", "#ff8000");
+    prototype->Set("Subtitle", "from the prototype");
+    plain->Set("Color", "red");
+    plain->SetColor("BorderColor", PColor(0x4000, 0x8000, 0xC000));
+    plain->Set("Width", Value::ForDouble(2.5));
+    const char* names[] = {"Color", "BorderColor", "Subtitle", "Width", "Name", "Searchable", "Created"};
+    for (Node* n : {prototype, note, plain})
+        for (const char* name : names) {
+            const Attribute* attribute = n->GetAttribute(name);
+            ASSERT_NE(attribute, nullptr) << name;
+            ValuePtr clone(n->CreateClonedValue(attribute));
+            std::string viaString = n->GetString(attribute);
+            std::string viaInto = "left over";
+            n->GetStringInto(attribute, viaInto);
+            EXPECT_EQ(viaString, clone->AsString()) << n->Name() << " " << name;
+            EXPECT_EQ(viaInto, clone->AsString()) << n->Name() << " " << name;
+        }
+    EXPECT_EQ(note->GetString("Color"), "#ff8000");
+    EXPECT_EQ(plain->GetString("Color"), "red");
+}
