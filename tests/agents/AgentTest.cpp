@@ -62,7 +62,7 @@ TEST_F(AgentTest, HoldsOneAliasPerMatchInOutlineOrderAndFollowsItsQuery) {
 
     // An original that stops matching loses its alias; one that starts is added.
     apple->SetName("plum");
-    Node* date = Make("date cake", box, cherry);
+    Make("date cake", box, cherry);
     EXPECT_TRUE(manager->Update(agent));
     EXPECT_EQ(Results(agent), "banana split,cherry tart,date cake");
 

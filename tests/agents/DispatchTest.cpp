@@ -81,8 +81,9 @@ TEST_F(DispatchTest, SuspendSparesTheExtraAgentDispatchersAndBackgroundStretches
     RylDispatcher::SetApplicationActive(false);
     EXPECT_EQ(list.RuleDispatcher()->NextDelay(), 10);
     for (const auto& d : list.Dispatchers()) {
-        if (d->NormalInterval() == 307 || d->NormalInterval() == 1801)
+        if (d->NormalInterval() == 307 || d->NormalInterval() == 1801) {
             EXPECT_EQ(d->NextDelay(), d->NormalInterval());
+        }
     }
     RylDispatcher::SetApplicationActive(true);
     EXPECT_EQ(list.RuleDispatcher()->NextDelay(), 1);

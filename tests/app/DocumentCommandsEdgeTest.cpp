@@ -225,8 +225,9 @@ TEST_F(Commands, DatesTypedAsWordsAreStoredAsTheirInstant) {
         got.pop_back();
         EXPECT_TRUE(std::regex_match(got, iso)) << typed << " gave " << got;
         // Texts that do not hang on the clock read as `date` reads them.
-        if (std::string(typed) == "1066" || std::string(typed) == "1500000000")
+        if (std::string(typed) == "1066" || std::string(typed) == "1500000000") {
             EXPECT_EQ(R({"date", typed}).out, got + "\n") << typed;
+        }
         std::string saved = Slurp(file);
         EXPECT_NE(saved.find("<attribute name=\"DueDate\">" + got + "</attribute>"), std::string::npos) << typed;
         EXPECT_EQ(saved.find(std::string(">") + typed + "<"), std::string::npos) << typed;
