@@ -1,7 +1,6 @@
 #include "Node.h"
 
 #include <cassert>
-#include <typeinfo>
 #include <unordered_set>
 
 #include "Attribute.h"
@@ -642,8 +641,8 @@ namespace {
 void TextOf(const Value* v, std::string& out) {
     if (!v)
         out.clear();
-    else if (const auto* text = dynamic_cast<const StringValue*>(v))
-        out.assign(text->Text());
+    else if (const std::string* text = v->TextInPlace())
+        out.assign(*text);
     else
         out = v->AsString();
 }
@@ -661,7 +660,7 @@ void StoredText(const Node* node, const Attribute* attribute, std::string& out) 
             return;
         }
         const Value* v = attribute->ValueFor(node);
-        if (!v || v->ReadsAsItsClone() || typeid(*v) == typeid(ColorValue)) {
+        if (!v || v->ReadsAsItsClone() || v->TextInPlace()) {
             TextOf(v, out);
             return;
         }

@@ -54,7 +54,9 @@ public:
     virtual Node* Clone(unsigned char withLinks) const;
     virtual bool IsValid() const { return true; }
     bool Invalid() const { return !IsValid() || beingDeleted; }
-    virtual Hypertext* GetHypertext() const { return hypertext; }
+    // Not virtual: every read asks it, and no kind of note answers other
+    // than its own field (the null note's is always null).
+    Hypertext* GetHypertext() const { return hypertext; }
     virtual void SetHypertext(Hypertext* h);
     virtual void WillClose() {}
     virtual const Prefs* GetPreferences() const;
@@ -291,7 +293,6 @@ class NotANode : public Node {
 public:
     static NotANode* Get();
     bool IsValid() const override { return false; }
-    Hypertext* GetHypertext() const override { return nullptr; }
     std::string Name() const override { return "not a node"; }
     std::string Creator() const override { return ""; }
     bool IsHidden() const override { return true; }
