@@ -1,6 +1,7 @@
 #include "AASetFun.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -98,19 +99,31 @@ private:
         // The index leaves out aliases, hidden and untitled notes, which the
         // walk takes like any child: when one of them bears the name among
         // the parent's children, it may stand before the indexed note, and
-        // the walk decides.
-        return UnindexedNames(parent).count(found->Name()) ? nullptr : found;
+        // the walk decides. An untitled note is named "" or the document's
+        // default name, so only those names need the walk on its account.
+        std::string name = found->Name();
+        if (name.empty() || name == DefaultName())
+            return nullptr;
+        return UnindexedNames(parent).count(name) ? nullptr : found;
     }
 
-    // The names of the parent's children that the name index does not hold,
-    // gathered once per parent.
+    // The names of the parent's aliases and hidden children, which the name
+    // index does not hold, gathered once per parent.
     const std::unordered_set<std::string>& UnindexedNames(const Node* parent) {
         auto [entry, made] = unindexed.try_emplace(parent);
         if (made)
             for (Node* c = parent->Son(); c; c = c->Brother())
-                if (c->IsAlias() || c->IsHidden() || NodeFacade(c).IsUntitled())
+                if (c->IsAlias() || c->IsHidden())
                     entry->second.insert(c->Name());
         return entry->second;
+    }
+
+    // The name an untitled note bears when it has one: the same for every
+    // note of the document.
+    const std::string& DefaultName() {
+        if (!defaultName)
+            defaultName = base->DefaultName();
+        return *defaultName;
     }
 
     // White space and newlines, as trimming a step removes them; steps that
@@ -154,6 +167,7 @@ private:
     std::unordered_map<std::string_view, Node*> parents;
     std::unordered_map<const Node*, std::unordered_map<std::string, Node*>> children;
     std::unordered_map<const Node*, std::unordered_set<std::string>> unindexed;
+    std::optional<std::string> defaultName;
 };
 
 bool NumericLess(const std::string& a, const std::string& b) {
