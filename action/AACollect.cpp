@@ -52,24 +52,12 @@ bool OnlyReads(const AAValue* tree) {
         "AADivide",      "AANegate",            "AADotContains", "AADotContainsAny",
     };
     constexpr size_t kMostVisited = 256;
-    std::vector<const AAValue*> pending{tree};
-    for (size_t visited = 0; !pending.empty(); ++visited) {
-        if (visited >= kMostVisited)
-            return false;
-        const AAValue* value = pending.back();
-        pending.pop_back();
-        if (!value)
-            continue;
+    return AAValue::EveryNode(tree, kMostVisited, [](const AAValue* value) {
         if (!readers.count(value->ClassName()))
             return false;
-        if (const auto* reference = dynamic_cast<const AAAttributeValue*>(value);
-            reference && !reference->Designator().empty())
-            return false;
-        pending.push_back(value->GetNextArgument());
-        pending.push_back(value->Right());
-        pending.push_back(value->Left());
-    }
-    return true;
+        const auto* reference = dynamic_cast<const AAAttributeValue*>(value);
+        return !reference || reference->Designator().empty();
+    });
 }
 
 }  // namespace

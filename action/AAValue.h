@@ -81,6 +81,29 @@ public:
     // There is a first argument and no second one.
     bool SingleArgument() const;
 
+    // Whether `accept` holds for every node of `tree` (operands and argument
+    // chains), visited without recursion; a tree of more than `mostVisited`
+    // nodes answers false; an empty one, true. For checks that decide what
+    // a tree may do before it runs.
+    template <typename Accept>
+    static bool EveryNode(const AAValue* tree, size_t mostVisited, Accept accept) {
+        std::vector<const AAValue*> pending{tree};
+        for (size_t visited = 0; !pending.empty(); ++visited) {
+            if (visited >= mostVisited)
+                return false;
+            const AAValue* value = pending.back();
+            pending.pop_back();
+            if (!value)
+                continue;
+            if (!accept(value))
+                return false;
+            pending.push_back(value->GetNextArgument());
+            pending.push_back(value->Right());
+            pending.push_back(value->Left());
+        }
+        return true;
+    }
+
     // The text the node was made from (literals and names).
     const std::string& Token() const { return token; }
 

@@ -120,14 +120,7 @@ bool AgentQuery::TreeDependsOnlyOnNotes(const AAValue* tree) {
         return false;
     // A bounded walk: a query larger than this is taken to depend on more.
     constexpr size_t kMostVisited = 512;
-    std::vector<const AAValue*> pending{tree};
-    for (size_t visited = 0; !pending.empty(); ++visited) {
-        if (visited >= kMostVisited)
-            return false;
-        const AAValue* value = pending.back();
-        pending.pop_back();
-        if (!value)
-            continue;
+    return AAValue::EveryNode(tree, kMostVisited, [](const AAValue* value) {
         if (!ComputesFromOperandsAlone(value->ClassName()))
             return false;
         // "randomChild" and the like pick a note by chance.
@@ -138,11 +131,6 @@ bool AgentQuery::TreeDependsOnlyOnNotes(const AAValue* tree) {
             return false;
         bool literal = std::string_view(value->ClassName()) == "AAStringValue" ||
                        std::string_view(value->ClassName()) == "AAQuotedStringValue";
-        if (literal && STime::IsDate(Parser::TrimQuotes(value->Token())))
-            return false;
-        pending.push_back(value->GetNextArgument());
-        pending.push_back(value->Right());
-        pending.push_back(value->Left());
-    }
-    return true;
+        return !(literal && STime::IsDate(Parser::TrimQuotes(value->Token())));
+    });
 }
