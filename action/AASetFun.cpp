@@ -93,7 +93,10 @@ private:
                 known->second = Indexed(above);
             parent = known->second;
         }
-        Node* found = parent ? index->Find(std::string(step)) : nullptr;
+        // An index that needs no update holds each note under its present
+        // name: the note found bears `name`.
+        std::string name(step);
+        Node* found = parent ? index->Find(name) : nullptr;
         if (!found || found->Invalid() || found->Father() != parent)
             return nullptr;
         // The index leaves out aliases, hidden and untitled notes, which the
@@ -101,15 +104,20 @@ private:
         // the parent's children, it may stand before the indexed note, and
         // the walk decides. An untitled note is named "" or the document's
         // default name, so only those names need the walk on its account.
-        std::string name = found->Name();
-        if (name.empty() || name == DefaultName())
+        if (name == DefaultName())
             return nullptr;
         return UnindexedNames(parent).count(name) ? nullptr : found;
     }
 
     // The names of the parent's aliases and hidden children, which the name
-    // index does not hold, gathered once per parent.
+    // index does not hold, gathered once per parent. A hidden note is taken
+    // out of the tree with its descendants, so in a document that never had
+    // an alias no child needs looking at.
     const std::unordered_set<std::string>& UnindexedNames(const Node* parent) {
+        static const std::unordered_set<std::string> none;
+        Hypertext* document = parent->GetHypertext();
+        if (!document || !document->HasMadeAliases())
+            return none;
         auto [entry, made] = unindexed.try_emplace(parent);
         if (made)
             for (Node* c = parent->Son(); c; c = c->Brother())

@@ -233,3 +233,29 @@ TEST_F(ListFunctionsTest, RunawayArgumentsStayBounded) {
 }
 
 }  // namespace
+
+TEST_F(ListFunctionsTest, WithoutAliasesTheIndexAnswersAsThePathDoes) {
+    // In a document that never had an alias the index answers for a step
+    // without a look at the parent's children, but a note of the default
+    // name still goes by the path, which meets the untitled one first.
+    Node* plain = MakeNote("untitled", top, b);
+    Node* titled = MakeNote("untitled", top, plain);
+    NodeText(titled).SetText("words");
+    Node* later = MakeNote("Later", top, titled);
+    later->Set("Color", "red");
+    ASSERT_FALSE(doc.HasMadeAliases());
+    doc.GetIndex()->Rebuild();
+    std::string items;
+    for (int i = 0; i < 1000; ++i)
+        items += "/Top/untitled;";
+    a->Set("Items", items + "/Top/Later");
+    std::string texts = Eval("$Items.collect($Text)");
+    EXPECT_EQ(texts.find("words"), std::string::npos) << texts.substr(0, 40);
+    std::string colours = Eval("$Items.collect($Color)");
+    ASSERT_GE(colours.size(), 4u);
+    EXPECT_EQ(colours.substr(colours.size() - 4), ";red");
+    // The first alias made sends steps of its name back to the walk.
+    NodeMaker(&doc).MakeAlias(later, top, b);
+    EXPECT_TRUE(doc.HasMadeAliases());
+    EXPECT_EQ(Eval("\"/Top/Later\".every($IsAlias)"), "true");
+}
