@@ -121,9 +121,8 @@ bool Agent::Do(bool force) {
     // values of the attributes the query reads are no note's: a changed
     // definition makes the pass run too.
     uint64_t changeCount = document ? document->ChangeCount() : 0;
-    std::string definitions = query.DependsOnlyOnNotes() ? query.Definitions(note) : std::string();
     if (!force && scannedAt != 0 && changeCount == scannedAt && query.DependsOnlyOnNotes() &&
-        definitions == scannedDefinitions) {
+        query.Definitions(note) == scannedDefinitions) {
         lastPassSkipped = true;
         return false;
     }
@@ -131,7 +130,7 @@ bool Agent::Do(bool force) {
     if (!query.IsReady(note))
         return changed;
     // The query may have changed: the attributes it names with it.
-    definitions = query.DependsOnlyOnNotes() ? query.Definitions(note) : std::string();
+    std::string definitions = query.DependsOnlyOnNotes() ? query.Definitions(note) : std::string();
     MatchList matches;
     matches.CurrentAgent(note);
     searchable = note->GetAttribute("Searchable");
