@@ -111,12 +111,11 @@ private:
 
     // The names of the parent's aliases and hidden children, which the name
     // index does not hold, gathered once per parent. A hidden note is taken
-    // out of the tree with its descendants, so in a document that never had
-    // an alias no child needs looking at.
+    // out of the tree with its descendants, so under a parent that never
+    // held an alias no child needs looking at.
     const std::unordered_set<std::string>& UnindexedNames(const Node* parent) {
         static const std::unordered_set<std::string> none;
-        Hypertext* document = parent->GetHypertext();
-        if (!document || !document->HasMadeAliases())
+        if (!parent->MayHoldAliases())
             return none;
         auto [entry, made] = unindexed.try_emplace(parent);
         if (made)

@@ -58,11 +58,6 @@ public:
     // holds changed in between. Safe from any thread.
     uint64_t ChangeCount() const { return changeCount.load(std::memory_order_acquire); }
     void CountChange() { changeCount.fetch_add(1, std::memory_order_acq_rel); }
-    // Whether an alias was ever made in this document (never reset): while
-    // none was, every child a path walk meets is a note the name index holds
-    // or an untitled one, and readers may trust the index for a step.
-    bool HasMadeAliases() const { return aliasesMade.load(std::memory_order_acquire); }
-    void AliasMade() { aliasesMade.store(true, std::memory_order_release); }
     virtual Props* AttributeStorage() const { return attributeStorage.get(); }
     virtual NodeIndex* GetIndex() const { return index.get(); }
     virtual const Prefs* GetPreferences() const { return preferences.get(); }
@@ -198,5 +193,4 @@ private:
     mutable std::mutex partsMutex;
     std::map<std::string, std::unique_ptr<DocumentPart>> parts;
     std::atomic<uint64_t> changeCount{1};
-    std::atomic<bool> aliasesMade{false};
 };

@@ -50,6 +50,13 @@ Node::Node(Node* parent, Node* after, bool) {
     id = NodeID(hypertext);
 }
 
+void Node::Adopted(Tree* child) {
+    // A note under construction answers as a plain note: AliasNode marks
+    // its first father itself.
+    if (static_cast<Node*>(child)->IsAlias())
+        holdsAliases.store(true, std::memory_order_relaxed);
+}
+
 Node* Node::CreateForReading(Node* parent, Node* after, const uint32_t* fileID, const std::string* fileCreator,
                              size_t expectedValues) {
     if (!parent || !parent->GetHypertext())

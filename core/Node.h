@@ -158,6 +158,9 @@ public:
     virtual bool IsAdornment() const { return false; }
     virtual bool CanLink() const { return true; }
     virtual bool IsAlias() const { return false; }
+    // Whether an alias ever stood among this note's children (never
+    // cleared): a note without can be found by name through the index.
+    bool MayHoldAliases() const { return holdsAliases.load(std::memory_order_relaxed); }
     virtual bool IsAliasFor(const Node* original) const { return false; }
     virtual bool CanForward() const { return true; }
     virtual void CanForward(bool) {}
@@ -229,6 +232,9 @@ protected:
     friend class NodePosition;
     friend class AliasNode;
 
+    // Marks the note when an alias moves in among its children.
+    void Adopted(Tree* child) override;
+
     // What few notes ever have, made on first use: the prototype relation and
     // its pending request, the note's aliases, the adornments it had before
     // it moved, the text an export accumulates for it, and its composites.
@@ -275,6 +281,7 @@ protected:
     bool needsGeographicUpdate = false;
     bool needsToBeIndexed = false;
     bool inhibitSorting = false;
+    std::atomic<bool> holdsAliases{false};
     // Owned; deleted with the note.
     mutable std::atomic<Rare*> rare{nullptr};
     // Links in the document's list of every note it made (see

@@ -355,8 +355,8 @@ AliasNode::AliasNode(Node* o, Node* parent, Node* after, double x, double y)
             Node::DoSet(a, o->CreateClonedValue(a));
     SetUnsigned("Alias", o->GetID().GetID());
     SetID(GetID());
-    if (Hypertext* document = GetHypertext())
-        document->AliasMade();
+    if (Node* f = Father())
+        f->holdsAliases.store(true, std::memory_order_relaxed);
     o->AddAlias(this);
     canForward = true;
 }

@@ -36,6 +36,7 @@ void Tree::AddSon(Tree* x) {
         x->Unhook();
         x->father = this;
         son = x;
+        Adopted(x);
     }
 }
 
@@ -49,6 +50,7 @@ void Tree::AddFirstSon(Tree* x) {
     if (son)
         son->elderBrother = x;
     son = x;
+    Adopted(x);
 }
 
 void Tree::AddYoungestSon(Tree* x) {
@@ -69,6 +71,8 @@ void Tree::AddBrother(Tree* x) {
     if (brother)
         brother->elderBrother = x;
     brother = x;
+    if (father)
+        father->Adopted(x);
 }
 
 void Tree::AddElderBrother(Tree* x) {

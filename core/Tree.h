@@ -67,6 +67,9 @@ public:
     Tree* TreePrevious() const;
 
 protected:
+    // Called on the father once `child` hangs among its sons.
+    virtual void Adopted(Tree* child) {}
+
     Tree* father = nullptr;
     Tree* brother = nullptr;
     Tree* son = nullptr;
