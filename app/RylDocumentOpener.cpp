@@ -12,6 +12,10 @@ std::string RylDocumentOpener::DocumentName(const std::string& path) {
 void RylDocumentOpener::prepare() {
     if (!hypertext || !hypertext->Root())
         return;
+    // Where the document lies, as action code's document(...) tells it.
+    std::error_code failed;
+    std::filesystem::path where = std::filesystem::absolute(path, failed);
+    hypertext->SetDefaultPathname(failed ? path : where.lexically_normal().string());
     std::string name = DocumentName(path);
     if (name.empty())
         return;

@@ -12,7 +12,8 @@ public:
     // The root takes the document's name, the file's name without its
     // extension: a document copied to "Field Notes.ryl" is "Field Notes",
     // whatever its root was called before. Text links are not renamed for
-    // it (DontRename is on meanwhile).
+    // it (DontRename is on meanwhile). The document also learns its file's
+    // absolute path.
     void prepare();
 
     // The document's name for a file.

@@ -248,4 +248,8 @@ TEST_F(Commands, TheRootTakesTheNameOfTheFileItIsOpenedFrom) {
     ASSERT_EQ(R({"set", copy, "/N", "Color", "red"}).code, 0);
     EXPECT_NE(Slurp(copy).find("<attribute name=\"Name\">Field Notes</attribute>"), std::string::npos);
     EXPECT_EQ(R({"get", file, "/", "Name"}).out, "notes\n");
+    // Action code learns where the document lies.
+    EXPECT_EQ(R({"eval", copy, "/N", "document(\"file\")"}).out, "Field Notes.ryl\n");
+    EXPECT_EQ(R({"eval", copy, "/N", "document(\"folder\")"}).out,
+              std::filesystem::absolute(dir).lexically_normal().string() + "\n");
 }
