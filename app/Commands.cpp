@@ -1,6 +1,8 @@
 #include "Commands.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <random>
 #include <cerrno>
 #include <cstdio>
 #include <cctype>
@@ -78,6 +80,9 @@ int RunRylvane(int argc, char** argv) {
 
     // Action code of any command may ask the word indexes (word, similarTo).
     InstallTextHooks();
+    // rand() in action code and random picks in templates draw from the C
+    // library's generator: each run starts it afresh.
+    std::srand(std::random_device{}());
 
     CommandResult result;
     auto entries = Registry();

@@ -1,4 +1,6 @@
 // The commands that run action code: eval, do and find.
+#include <set>
+
 #include "CommandHarness.h"
 
 using namespace cmdtest;
@@ -27,6 +29,11 @@ TEST_F(ActionCommands, EvalPrintsTheResultAndItsType) {
     EXPECT_EQ(R({"eval", file, "/Projects", "1 < 2", "--type"}).out, "1\nboolean\n");
     EXPECT_EQ(R({"eval", file, "/Projects", "\"a\" + \"b\"", "--type"}).out, "ab\nstring\n");
     ExpectFailure(R({"eval", file, "/Nowhere", "1"}), "no note at /Nowhere");
+    // Each run draws its own random numbers.
+    std::set<std::string> draws;
+    for (int i = 0; i < 3; ++i)
+        draws.insert(R({"eval", file, "/", "rand()"}).out);
+    EXPECT_GT(draws.size(), 1u);
 }
 
 TEST_F(ActionCommands, DoChangesAndSavesOnlyWhenSomethingChanged) {
