@@ -1,10 +1,12 @@
 #include "LynxUpdater.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 #include "Attribute.h"
 #include "Hooks.h"
 #include "Hypertext.h"
+#include "LynxWords.h"
 #include "Node.h"
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
@@ -53,6 +55,12 @@ void InstallTextHooks() {
             if (!hypertext || note->Invalid() || hypertext->IsClosing())
                 return std::vector<Node*>();
             return LynxUpdater::Ensure(hypertext).MostSimilar(note, count, asking);
+        };
+        hooks.relatedWords = [](Node* note, const std::string& word, size_t count) {
+            Hypertext* hypertext = note ? note->GetHypertext() : nullptr;
+            if (!hypertext || note->Invalid() || hypertext->IsClosing())
+                return std::vector<std::string>();
+            return LynxUpdater::Ensure(hypertext).RelatedWords(word, count, note);
         };
     });
 }
@@ -253,11 +261,7 @@ std::vector<Node*> LynxUpdater::MostSimilar(Node* node, size_t count, const Node
     if (!node || node->Invalid() || count == 0)
         return {};
     std::lock_guard<std::mutex> guard(similarLock);
-    if (!allIndexed) {
-        allIndexed = true;
-        IndexAll();
-        mergedAt = generation.load();
-    }
+    IndexAllOnce();
     Wait();
     uint64_t now = generation.load();
     if (now != mergedAt) {
@@ -280,5 +284,69 @@ std::vector<Node*> LynxUpdater::MostSimilar(Node* node, size_t count, const Node
         for (const LynxRecord& record : lynx->MostSimilarTo(node, count, false))
             found.push_back(record.node);
     remembered = Remembered{node, id, count, now, notes, found, asking, false};
+    return found;
+}
+
+void LynxUpdater::IndexAllOnce() {
+    if (allIndexed)
+        return;
+    allIndexed = true;
+    IndexAll();
+    mergedAt = generation.load();
+}
+
+std::vector<std::string> LynxUpdater::RelatedWords(const std::string& word, size_t count, const Node* asking) {
+    using WordID = LynxWords::WordID;
+    std::string filtered = Lynx::Filter(word);
+    WordID wanted = 0;
+    if (count == 0 || filtered.empty() || !LynxWords::Shared().Find(filtered, wanted))
+        return {};
+    std::lock_guard<std::mutex> guard(similarLock);
+    IndexAllOnce();
+    Wait();
+    uint64_t now = generation.load();
+    long notes = HypertextFacade(hypertext).NodeCount();
+    // The same question within one pass of a query gets the same answer.
+    bool newPass = !asking || (asking == related.passStart && related.askedOthers);
+    if (!newPass && related.word == wanted && related.count == count && related.generation == now &&
+        related.notes == notes) {
+        if (asking != related.passStart)
+            related.askedOthers = true;
+        return related.found;
+    }
+
+    // How many of the notes holding the word hold each other word: the first
+    // kRelatedWordsNoteLimit such notes in outline order are counted.
+    std::unordered_map<WordID, int> shared;
+    {
+        std::unique_lock<std::mutex> held = Hold();
+        Node* root = hypertext->Root();
+        size_t examined = 0;
+        for (Node* n = root ? root->Next() : nullptr; n && examined < kRelatedWordsNoteLimit; n = n->Next()) {
+            if (n->IsAlias() || n->IsAdornment() || n->IsHidden())
+                continue;
+            const Lynx* lynx = GetLynxHeld(n);
+            if (!lynx || lynx->Dictionary().Get(wanted) <= 0)
+                continue;
+            ++examined;
+            for (const auto& [id, times] : lynx->Dictionary().Entries())
+                if (times > 0 && id != wanted)
+                    ++shared[id];
+        }
+    }
+    std::vector<std::pair<const std::string*, int>> ranked;
+    ranked.reserve(shared.size());
+    for (const auto& [id, notesSharing] : shared)
+        ranked.emplace_back(&LynxWords::Shared().Word(id), notesSharing);
+    size_t keep = std::min(count, ranked.size());
+    std::partial_sort(ranked.begin(), ranked.begin() + static_cast<long>(keep), ranked.end(),
+                      [](const auto& a, const auto& b) {
+                          return a.second != b.second ? a.second > b.second : *a.first < *b.first;
+                      });
+    std::vector<std::string> found;
+    found.reserve(keep);
+    for (size_t i = 0; i < keep; ++i)
+        found.push_back(*ranked[i].first);
+    related = RememberedWords{wanted, count, now, notes, found, asking, false};
     return found;
 }
