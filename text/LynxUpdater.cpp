@@ -295,43 +295,110 @@ void LynxUpdater::IndexAllOnce() {
     mergedAt = generation.load();
 }
 
+namespace {
+
+// Whether a note's index counts for RelatedWords.
+bool CountsForRelatedWords(const Node* n) { return !n->IsAlias() && !n->IsAdornment() && !n->IsHidden(); }
+
+} // namespace
+
+void LynxUpdater::MakePostings() {
+    // Under similarLock.
+    related.indexes.clear();
+    related.postings.clear();
+    std::unique_lock<std::mutex> held = Hold();
+    Node* root = hypertext->Root();
+    for (Node* n = root ? root->Next() : nullptr; n; n = n->Next()) {
+        if (!CountsForRelatedWords(n))
+            continue;
+        const Lynx* lynx = GetLynxHeld(n);
+        if (!lynx)
+            continue;
+        auto at = static_cast<uint32_t>(related.indexes.size());
+        bool used = false;
+        for (const auto& [id, times] : lynx->Dictionary().Entries()) {
+            if (times <= 0)
+                continue;
+            std::vector<uint32_t>& notesHolding = related.postings[id];
+            if (notesHolding.size() < kRelatedWordsNoteLimit) {
+                notesHolding.push_back(at);
+                used = true;
+            }
+        }
+        if (used)
+            related.indexes.push_back(lynx);
+    }
+    related.postingsMade = true;
+}
+
 std::vector<std::string> LynxUpdater::RelatedWords(const std::string& word, size_t count, const Node* asking) {
     using WordID = LynxWords::WordID;
     std::string filtered = Lynx::Filter(word);
-    WordID wanted = 0;
-    if (count == 0 || filtered.empty() || !LynxWords::Shared().Find(filtered, wanted))
+    if (count == 0 || filtered.empty())
         return {};
     std::lock_guard<std::mutex> guard(similarLock);
+    // A word is known to the table of words only once a note holding it is
+    // indexed: the notes are indexed before the word is looked up.
     IndexAllOnce();
     Wait();
+    WordID wanted = 0;
+    if (!LynxWords::Shared().Find(filtered, wanted))
+        return {};
     uint64_t now = generation.load();
     long notes = HypertextFacade(hypertext).NodeCount();
-    // The same question within one pass of a query gets the same answer.
-    bool newPass = !asking || (asking == related.passStart && related.askedOthers);
-    if (!newPass && related.word == wanted && related.count == count && related.generation == now &&
-        related.notes == notes) {
+    // A pass of questions (a query asking note after note) ends when the
+    // note that asked first asks again after others, or when an index
+    // changes or notes come or go.
+    bool newPass = !asking || (asking == related.passStart && related.askedOthers) || related.generation != now ||
+                   related.notes != notes;
+    if (newPass) {
+        related.passStart = asking;
+        related.askedOthers = false;
+        related.generation = now;
+        related.notes = notes;
+        related.postingsMade = false;
+        related.postings.clear();
+        related.indexes.clear();
+        related.found.clear();
+        related.count = 0;
+    } else {
         if (asking != related.passStart)
             related.askedOthers = true;
-        return related.found;
+        // The same question within one pass gets the same answer.
+        if (related.word == wanted && related.count == count)
+            return related.found;
+        // Another question in the same pass: the notes holding each word are
+        // listed once, so that a query asking about a word per note does not
+        // walk the outline for each.
+        if (!related.postingsMade)
+            MakePostings();
     }
 
     // How many of the notes holding the word hold each other word: the first
     // kRelatedWordsNoteLimit such notes in outline order are counted.
     std::unordered_map<WordID, int> shared;
-    {
+    auto count_words = [&](const Lynx* lynx) {
+        for (const auto& [id, times] : lynx->Dictionary().Entries())
+            if (times > 0 && id != wanted)
+                ++shared[id];
+    };
+    if (related.postingsMade) {
+        auto it = related.postings.find(wanted);
+        if (it != related.postings.end())
+            for (uint32_t at : it->second)
+                count_words(related.indexes[at]);
+    } else {
         std::unique_lock<std::mutex> held = Hold();
         Node* root = hypertext->Root();
         size_t examined = 0;
         for (Node* n = root ? root->Next() : nullptr; n && examined < kRelatedWordsNoteLimit; n = n->Next()) {
-            if (n->IsAlias() || n->IsAdornment() || n->IsHidden())
+            if (!CountsForRelatedWords(n))
                 continue;
             const Lynx* lynx = GetLynxHeld(n);
             if (!lynx || lynx->Dictionary().Get(wanted) <= 0)
                 continue;
             ++examined;
-            for (const auto& [id, times] : lynx->Dictionary().Entries())
-                if (times > 0 && id != wanted)
-                    ++shared[id];
+            count_words(lynx);
         }
     }
     std::vector<std::pair<const std::string*, int>> ranked;
@@ -347,6 +414,8 @@ std::vector<std::string> LynxUpdater::RelatedWords(const std::string& word, size
     found.reserve(keep);
     for (size_t i = 0; i < keep; ++i)
         found.push_back(*ranked[i].first);
-    related = RememberedWords{wanted, count, now, notes, found, asking, false};
+    related.word = wanted;
+    related.count = count;
+    related.found = found;
     return found;
 }

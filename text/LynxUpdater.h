@@ -84,7 +84,9 @@ public:
     // index filters text): most shared notes first, ties in alphabetical
     // order, the word itself left out, at most `count`. Like MostSimilar,
     // the first call indexes every note, and the answer is remembered for
-    // one pass of questions asked for `asking` and the notes after it.
+    // one pass of questions asked for `asking` and the notes after it; a
+    // second question in a pass lists the notes holding each word once for
+    // the rest of the pass. Without `asking` nothing is remembered.
     std::vector<std::string> RelatedWords(const std::string& word, size_t count, const Node* asking = nullptr);
 
 private:
@@ -94,6 +96,8 @@ private:
     static long NoteSize(const Node* node);
     // Indexes every note the first time it is called; under similarLock.
     void IndexAllOnce();
+    // Lists the notes holding each word for RelatedWords; under similarLock.
+    void MakePostings();
 
     Hypertext* hypertext;
     std::unique_ptr<Lynx> document;
@@ -127,7 +131,11 @@ private:
         const Node* passStart = nullptr;
         bool askedOthers = false;
     } remembered;
-    // What RelatedWords remembers, under similarLock.
+    // What RelatedWords remembers for one pass of questions, under
+    // similarLock: the last answer and, from the second question of a pass,
+    // the notes holding each word (at most kRelatedWordsNoteLimit, in outline
+    // order, as positions in `indexes`). Note indexes live as long as the
+    // updater, and the pass ends when any of them changes.
     struct RememberedWords {
         uint32_t word = 0;
         size_t count = 0;
@@ -137,6 +145,9 @@ private:
         // Only compared, never followed.
         const Node* passStart = nullptr;
         bool askedOthers = false;
+        bool postingsMade = false;
+        std::vector<const Lynx*> indexes;
+        std::unordered_map<uint32_t, std::vector<uint32_t>> postings;
     } related;
 };
 

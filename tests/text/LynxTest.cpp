@@ -312,9 +312,16 @@ TEST(LynxUpdaterQueueTest, RelatedWordsReadABoundedNumberOfNotes) {
     EXPECT_EQ(updater.RelatedWords("omega", 10), (std::vector<std::string>{"common", "zebra"}));
     EXPECT_TRUE(updater.RelatedWords("common", 0).empty());
     EXPECT_TRUE(updater.RelatedWords("unheard", 10).empty());
+    // Questions of one pass, asked for notes, give the same answers.
+    EXPECT_EQ(updater.RelatedWords("omega", 10, early), (std::vector<std::string>{"common", "zebra"}));
+    EXPECT_EQ(updater.RelatedWords("common", 10, late), (std::vector<std::string>{"alpha", "omega", "zebra"}));
+    EXPECT_EQ(updater.RelatedWords("zebra", 10, last), (std::vector<std::string>{"common", "omega"}));
+    EXPECT_EQ(updater.RelatedWords("common", 2, last), (std::vector<std::string>{"alpha", "omega"}));
     // At the bound, the notes after it are not read.
     Node* one = maker.MakeNode("z", early, last, 0, 0);
     NodeText(one).SetText("common alpha");
     updater.IndexNow(one);
     EXPECT_EQ(updater.RelatedWords("common", 10), std::vector<std::string>{"alpha"});
+    EXPECT_EQ(updater.RelatedWords("omega", 10, early), (std::vector<std::string>{"common", "zebra"}));
+    EXPECT_EQ(updater.RelatedWords("common", 10, late), std::vector<std::string>{"alpha"});
 }
