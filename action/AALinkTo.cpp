@@ -1,6 +1,8 @@
 #include "AALinkTo.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <deque>
 #include <set>
 
@@ -117,11 +119,73 @@ void Neighbours(const NodeVector& start, int steps, const std::string& types, No
     }
 }
 
-ActionResult NeighboursOf(const AAValue* first, Node* note, MatchList& matches, int steps) {
-    std::string types = LinkTypeArgument(NthArgument(first, 1), note, matches, "*");
+// The neighbours `steps` links away from the notes the first argument
+// designates, by the link types of the argument at `typesAt` (all when it is
+// missing).
+NodeVector NeighboursOf(const AAValue* first, Node* note, MatchList& matches, int steps, int typesAt,
+                        NodeVector* designated = nullptr) {
+    std::string types = LinkTypeArgument(NthArgument(first, typesAt), note, matches, "*");
+    NodeVector start = Designated(first, note, matches);
     NodeVector out;
-    Neighbours(Designated(first, note, matches), steps, types, out);
-    return ActionResult(out);
+    Neighbours(start, steps, types, out);
+    if (designated)
+        *designated = std::move(start);
+    return out;
+}
+
+// Kilometres along the earth's surface between two notes, by their Latitude
+// and Longitude (a note without them stands at 0, 0).
+double GreatCircleKm(const Node* a, const Node* b) {
+    constexpr double kEarthRadiusKm = 6371.0;
+    constexpr double kRadians = M_PI / 180.0;
+    double lat1 = a->GetDouble("Latitude") * kRadians;
+    double lon1 = a->GetDouble("Longitude") * kRadians;
+    double lat2 = b->GetDouble("Latitude") * kRadians;
+    double lon2 = b->GetDouble("Longitude") * kRadians;
+    // The haversine form keeps short distances exact.
+    double h = std::pow(std::sin((lat2 - lat1) / 2), 2) +
+               std::cos(lat1) * std::cos(lat2) * std::pow(std::sin((lon2 - lon1) / 2), 2);
+    h = std::min(1.0, std::max(0.0, h));
+    return 2 * kEarthRadiusKm * std::asin(std::sqrt(h));
+}
+
+// The distance between the first notes of two groups; "" when either group
+// is empty or its first note is gone.
+ActionResult DistanceBetween(const NodeVector& a, const NodeVector& b) {
+    if (a.empty() || b.empty() || !Usable(a.front()) || !Usable(b.front()))
+        return ActionResult(std::string());
+    return ActionResult(GreatCircleKm(a.front(), b.front()));
+}
+
+// A number read from the whole of an argument's text; false when the
+// argument is missing or its text is not a number.
+bool NumberArgument(const AAValue* argument, Node* note, MatchList& matches, double& number) {
+    if (!argument)
+        return false;
+    std::string text = Parser::TrimQuotes(Parser::Trim(ArgumentText(argument, note, matches)));
+    if (text.empty())
+        return false;
+    char* end = nullptr;
+    number = std::strtod(text.c_str(), &end);
+    return end && *end == '\0' && !std::isnan(number);
+}
+
+// The neighbours (one or two links away) that lie at most the argument's
+// kilometres from the first designated note: `name(designator, km[, types])`.
+ActionResult NeighboursWithin(const AAValue* first, Node* note, MatchList& matches, int steps) {
+    double km = 0;
+    if (!NumberArgument(NthArgument(first, 1), note, matches, km))
+        return ActionResult(NodeVector());
+    NodeVector designated;
+    NodeVector near = NeighboursOf(first, note, matches, steps, 2, &designated);
+    if (designated.empty() || !Usable(designated.front()))
+        return ActionResult(NodeVector());
+    const Node* centre = designated.front();
+    NodeVector kept;
+    for (Node* n : near)
+        if (GreatCircleKm(centre, n) <= km)
+            kept.push_back(n);
+    return ActionResult(kept);
 }
 
 // Computes every argument for its side effects; the answer is "".
@@ -251,24 +315,14 @@ ActionResult AADistance::ActionValue(Node* note, MatchList& matches) const {
     if (!first || !second)
         return ActionResult(std::string());
     NodeVector a = Designated(first, note, matches);
-    NodeVector b = Designated(second, note, matches);
-    if (a.empty() || b.empty() || !Usable(a.front()) || !Usable(b.front()))
-        return ActionResult(std::string());
-    constexpr double kEarthRadiusKm = 6371.0;
-    constexpr double kRadians = M_PI / 180.0;
-    double lat1 = a.front()->GetDouble("Latitude") * kRadians;
-    double lon1 = a.front()->GetDouble("Longitude") * kRadians;
-    double lat2 = b.front()->GetDouble("Latitude") * kRadians;
-    double lon2 = b.front()->GetDouble("Longitude") * kRadians;
-    // The haversine form keeps short distances exact.
-    double h = std::pow(std::sin((lat2 - lat1) / 2), 2) +
-               std::cos(lat1) * std::cos(lat2) * std::pow(std::sin((lon2 - lon1) / 2), 2);
-    h = std::min(1.0, std::max(0.0, h));
-    return ActionResult(2 * kEarthRadiusKm * std::asin(std::sqrt(h)));
+    return DistanceBetween(a, Designated(second, note, matches));
 }
 
 ActionResult AADistanceBetween::ActionValue(Node* note, MatchList& matches) const {
-    return ComputeAll(operand.get(), note, matches);
+    const AAValue* first = operand.get();
+    if (!first || !note)
+        return ActionResult(std::string());
+    return DistanceBetween(NodeVector{note}, Designated(first, note, matches));
 }
 
 ActionResult AADrivingTime::ActionValue(Node* note, MatchList& matches) const {
@@ -279,17 +333,17 @@ ActionResult AADrivingTime::ActionValue(Node* note, MatchList& matches) const {
 // Neighbours
 
 ActionResult AANeighbors::ActionValue(Node* note, MatchList& matches) const {
-    return NeighboursOf(operand.get(), note, matches, 1);
+    return ActionResult(NeighboursOf(operand.get(), note, matches, 1, 1));
 }
 
 ActionResult AANeighbors2::ActionValue(Node* note, MatchList& matches) const {
-    return NeighboursOf(operand.get(), note, matches, 2);
+    return ActionResult(NeighboursOf(operand.get(), note, matches, 2, 1));
 }
 
 ActionResult AANeighborsWithin::ActionValue(Node* note, MatchList& matches) const {
-    return ComputeAll(operand.get(), note, matches);
+    return NeighboursWithin(operand.get(), note, matches, 1);
 }
 
 ActionResult AANeighbors2Within::ActionValue(Node* note, MatchList& matches) const {
-    return ComputeAll(operand.get(), note, matches);
+    return NeighboursWithin(operand.get(), note, matches, 2);
 }

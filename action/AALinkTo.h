@@ -86,8 +86,8 @@ public:
     ActionResult ActionValue(Node* note, MatchList& matches) const override;
 };
 
-// `distanceTo` and `drivingTimeTo` need a map service, which this system
-// does not have: they compute their arguments and answer "".
+// `distanceTo(designator)`: `distance(this, designator)`, the kilometres
+// from the note to the first designated note; "" when none is designated.
 class AADistanceBetween : public AAFunction {
 public:
     using AAFunction::AAFunction;
@@ -95,6 +95,8 @@ public:
     ActionResult ActionValue(Node* note, MatchList& matches) const override;
 };
 
+// `drivingTimeTo` needs a map service, which this system does not have: it
+// computes its arguments and answers "".
 class AADrivingTime : public AAFunction {
 public:
     using AAFunction::AAFunction;
@@ -105,7 +107,10 @@ public:
 // `neighbors(designator[, types])`: the notes one link away from the
 // designated notes, by links either way (of the types, all when none);
 // `neighbors2` those one or two links away. The designated notes themselves
-// are left out. The `Within` forms need the map's geometry and answer "".
+// are left out. `neighborsWithin(designator, km[, types])` and
+// `neighbors2Within` keep, in the same order, only the neighbours at most
+// `km` kilometres from the first designated note by Latitude and Longitude;
+// a missing or non-numeric `km` gives an empty list.
 class AANeighbors : public AAFunction {
 public:
     using AAFunction::AAFunction;

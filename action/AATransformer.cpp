@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 
@@ -13,7 +14,9 @@
 #include "AAArguments.h"
 #include "AttributeType.h"
 #include "CommandTrust.h"
+#include "Hooks.h"
 #include "MatchList.h"
+#include "Node.h"
 #include "Parser.h"
 #include "RegularExpression.h"
 #include "UnicodeString.h"
@@ -588,9 +591,22 @@ int AADotTextColor::ResultType(Node*, MatchList&) const { return Type::kString; 
 // Words of the document
 
 ActionResult AARelatedWords::ActionValue(Node* note, MatchList& matches) const {
-    // The word tools of the platform are not available: the argument is
-    // computed and "" answered.
-    ArgumentText(operand.get(), note, matches);
-    return ActionResult(std::string());
+    const AAValue* wordArgument = operand.get();
+    std::string word = Parser::TrimQuotes(Parser::Trim(ArgumentText(wordArgument, note, matches)));
+    long count = kDefaultCount;
+    if (const AAValue* countArgument = NthArgument(wordArgument, 1)) {
+        double number = ComputeValue(countArgument, note, matches).AsDouble();
+        count = std::isnan(number) || number < 1 ? 0 : number > 1e6 ? 1000000L : static_cast<long>(number);
+    }
+    const auto& related = GetHooks().relatedWords;
+    if (!related || !note || note->Invalid() || word.empty() || count < 1)
+        return ActionResult(std::string());
+    std::string out;
+    for (const std::string& item : related(note, word, static_cast<size_t>(count))) {
+        if (!out.empty())
+            out += ';';
+        out += item;
+    }
+    return ActionResult(out);
 }
 int AARelatedWords::ResultType(Node*, MatchList&) const { return Type::kList; }

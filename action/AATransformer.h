@@ -358,10 +358,14 @@ public:
     int ResultType(Node* note, MatchList& matches) const override;
 };
 
-// Words that occur with the given word in the notes of the document.
+// `wordsRelatedTo(word[, count])`: the words that share the most notes with
+// the word in the document's word index, most shared notes first, ties in
+// alphabetical order, the word itself left out, at most `count`
+// (kDefaultCount when not given), as a list. "" without the word index.
 class AARelatedWords : public AAFunction {
 public:
     using AAFunction::AAFunction;
+    static constexpr long kDefaultCount = 10;
     const char* ClassName() const override { return "AARelatedWords"; }
     ActionResult ActionValue(Node* note, MatchList& matches) const override;
     int ResultType(Node* note, MatchList& matches) const override;

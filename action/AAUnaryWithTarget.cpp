@@ -212,6 +212,16 @@ bool AALinkedTo::Test(Node* note, MatchList& matches) const {
     return false;
 }
 
+bool AAGuardField::Test(Node* note, MatchList&) const {
+    std::string word = operand ? Parser::TrimQuotes(Parser::Trim(operand->Token())) : std::string();
+    if (word.empty())
+        return false;
+    for (const Link* link : NodeLinks(note).OutboundLinks())
+        if (link->Guard() == word)
+            return true;
+    return false;
+}
+
 // ---------------------------------------------------------------------------
 // Values
 

@@ -248,9 +248,16 @@ protected:
     bool Wanted() const override { return false; }
 };
 
-class AAGuardField : public AAFunction {
+// `guard(word)`: one of the note's outbound links (a web link, most often)
+// has exactly that word as its guard. The word is the text between the
+// parentheses as written, trimmed of blanks and quotes; an empty word is
+// false, as an unguarded link carries no guard.
+class AAGuardField : public AANoteTest {
 public:
-    using AAFunction::AAFunction;
+    using AANoteTest::AANoteTest;
     const char* ClassName() const override { return "AAGuardField"; }
     int Priority() const override { return kPriorityDotOperator; }
+
+protected:
+    bool Test(Node* note, MatchList& matches) const override;
 };

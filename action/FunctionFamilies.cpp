@@ -126,7 +126,7 @@ constexpr FunctionFamilyRow kRows[] = {
     F("#indented", "note test"),
     F("similarTo", "word"),
     F("#similarTo", "word"),
-    FS("wordsRelatedTo", "word"),
+    F("wordsRelatedTo", "word"),
     F("between", "note test"),
     F("#between", "note test"),
 

@@ -1,10 +1,12 @@
 #include "LynxUpdater.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 #include "Attribute.h"
 #include "Hooks.h"
 #include "Hypertext.h"
+#include "LynxWords.h"
 #include "Node.h"
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
@@ -53,6 +55,12 @@ void InstallTextHooks() {
             if (!hypertext || note->Invalid() || hypertext->IsClosing())
                 return std::vector<Node*>();
             return LynxUpdater::Ensure(hypertext).MostSimilar(note, count, asking);
+        };
+        hooks.relatedWords = [](Node* note, const std::string& word, size_t count) {
+            Hypertext* hypertext = note ? note->GetHypertext() : nullptr;
+            if (!hypertext || note->Invalid() || hypertext->IsClosing())
+                return std::vector<std::string>();
+            return LynxUpdater::Ensure(hypertext).RelatedWords(word, count, note);
         };
     });
 }
@@ -253,11 +261,7 @@ std::vector<Node*> LynxUpdater::MostSimilar(Node* node, size_t count, const Node
     if (!node || node->Invalid() || count == 0)
         return {};
     std::lock_guard<std::mutex> guard(similarLock);
-    if (!allIndexed) {
-        allIndexed = true;
-        IndexAll();
-        mergedAt = generation.load();
-    }
+    IndexAllOnce();
     Wait();
     uint64_t now = generation.load();
     if (now != mergedAt) {
@@ -280,5 +284,138 @@ std::vector<Node*> LynxUpdater::MostSimilar(Node* node, size_t count, const Node
         for (const LynxRecord& record : lynx->MostSimilarTo(node, count, false))
             found.push_back(record.node);
     remembered = Remembered{node, id, count, now, notes, found, asking, false};
+    return found;
+}
+
+void LynxUpdater::IndexAllOnce() {
+    if (allIndexed)
+        return;
+    allIndexed = true;
+    IndexAll();
+    mergedAt = generation.load();
+}
+
+namespace {
+
+// Whether a note's index counts for RelatedWords.
+bool CountsForRelatedWords(const Node* n) { return !n->IsAlias() && !n->IsAdornment() && !n->IsHidden(); }
+
+} // namespace
+
+void LynxUpdater::MakePostings() {
+    // Under similarLock.
+    related.indexes.clear();
+    related.postings.clear();
+    std::unique_lock<std::mutex> held = Hold();
+    Node* root = hypertext->Root();
+    for (Node* n = root ? root->Next() : nullptr; n; n = n->Next()) {
+        if (!CountsForRelatedWords(n))
+            continue;
+        const Lynx* lynx = GetLynxHeld(n);
+        if (!lynx)
+            continue;
+        auto at = static_cast<uint32_t>(related.indexes.size());
+        bool used = false;
+        for (const auto& [id, times] : lynx->Dictionary().Entries()) {
+            if (times <= 0)
+                continue;
+            std::vector<uint32_t>& notesHolding = related.postings[id];
+            if (notesHolding.size() < kRelatedWordsNoteLimit) {
+                notesHolding.push_back(at);
+                used = true;
+            }
+        }
+        if (used)
+            related.indexes.push_back(lynx);
+    }
+    related.postingsMade = true;
+}
+
+std::vector<std::string> LynxUpdater::RelatedWords(const std::string& word, size_t count, const Node* asking) {
+    using WordID = LynxWords::WordID;
+    std::string filtered = Lynx::Filter(word);
+    if (count == 0 || filtered.empty())
+        return {};
+    std::lock_guard<std::mutex> guard(similarLock);
+    // A word is known to the table of words only once a note holding it is
+    // indexed: the notes are indexed before the word is looked up.
+    IndexAllOnce();
+    Wait();
+    WordID wanted = 0;
+    if (!LynxWords::Shared().Find(filtered, wanted))
+        return {};
+    uint64_t now = generation.load();
+    long notes = HypertextFacade(hypertext).NodeCount();
+    // A pass of questions (a query asking note after note) ends when the
+    // note that asked first asks again after others, or when an index
+    // changes or notes come or go.
+    bool newPass = !asking || (asking == related.passStart && related.askedOthers) || related.generation != now ||
+                   related.notes != notes;
+    if (newPass) {
+        related.passStart = asking;
+        related.askedOthers = false;
+        related.generation = now;
+        related.notes = notes;
+        related.postingsMade = false;
+        related.postings.clear();
+        related.indexes.clear();
+        related.found.clear();
+        related.count = 0;
+    } else {
+        if (asking != related.passStart)
+            related.askedOthers = true;
+        // The same question within one pass gets the same answer.
+        if (related.word == wanted && related.count == count)
+            return related.found;
+        // Another question in the same pass: the notes holding each word are
+        // listed once, so that a query asking about a word per note does not
+        // walk the outline for each.
+        if (!related.postingsMade)
+            MakePostings();
+    }
+
+    // How many of the notes holding the word hold each other word: the first
+    // kRelatedWordsNoteLimit such notes in outline order are counted.
+    std::unordered_map<WordID, int> shared;
+    auto count_words = [&](const Lynx* lynx) {
+        for (const auto& [id, times] : lynx->Dictionary().Entries())
+            if (times > 0 && id != wanted)
+                ++shared[id];
+    };
+    if (related.postingsMade) {
+        auto it = related.postings.find(wanted);
+        if (it != related.postings.end())
+            for (uint32_t at : it->second)
+                count_words(related.indexes[at]);
+    } else {
+        std::unique_lock<std::mutex> held = Hold();
+        Node* root = hypertext->Root();
+        size_t examined = 0;
+        for (Node* n = root ? root->Next() : nullptr; n && examined < kRelatedWordsNoteLimit; n = n->Next()) {
+            if (!CountsForRelatedWords(n))
+                continue;
+            const Lynx* lynx = GetLynxHeld(n);
+            if (!lynx || lynx->Dictionary().Get(wanted) <= 0)
+                continue;
+            ++examined;
+            count_words(lynx);
+        }
+    }
+    std::vector<std::pair<const std::string*, int>> ranked;
+    ranked.reserve(shared.size());
+    for (const auto& [id, notesSharing] : shared)
+        ranked.emplace_back(&LynxWords::Shared().Word(id), notesSharing);
+    size_t keep = std::min(count, ranked.size());
+    std::partial_sort(ranked.begin(), ranked.begin() + static_cast<long>(keep), ranked.end(),
+                      [](const auto& a, const auto& b) {
+                          return a.second != b.second ? a.second > b.second : *a.first < *b.first;
+                      });
+    std::vector<std::string> found;
+    found.reserve(keep);
+    for (size_t i = 0; i < keep; ++i)
+        found.push_back(*ranked[i].first);
+    related.word = wanted;
+    related.count = count;
+    related.found = found;
     return found;
 }

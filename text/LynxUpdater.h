@@ -76,11 +76,28 @@ public:
     // pass. Without `asking` nothing is remembered.
     std::vector<Node*> MostSimilar(Node* node, size_t count, const Node* asking = nullptr);
 
+    // At most this many notes holding a word are read for RelatedWords: the
+    // first in outline order. A word found in nearly every note of a large
+    // document thus costs a walk of the outline and this many note indexes.
+    static constexpr size_t kRelatedWordsNoteLimit = 1000;
+    // The words that stand in the most notes beside `word` (filtered as the
+    // index filters text): most shared notes first, ties in alphabetical
+    // order, the word itself left out, at most `count`. Like MostSimilar,
+    // the first call indexes every note, and the answer is remembered for
+    // one pass of questions asked for `asking` and the notes after it; a
+    // second question in a pass lists the notes holding each word once for
+    // the rest of the pass. Without `asking` nothing is remembered.
+    std::vector<std::string> RelatedWords(const std::string& word, size_t count, const Node* asking = nullptr);
+
 private:
     std::vector<const Attribute*> IndexedAttributes() const;
     std::string IndexText(const Node* node, const std::vector<const Attribute*>& attributes) const;
     void Store(uint32_t id, const std::string& text, long noteSize);
     static long NoteSize(const Node* node);
+    // Indexes every note the first time it is called; under similarLock.
+    void IndexAllOnce();
+    // Lists the notes holding each word for RelatedWords; under similarLock.
+    void MakePostings();
 
     Hypertext* hypertext;
     std::unique_ptr<Lynx> document;
@@ -114,12 +131,30 @@ private:
         const Node* passStart = nullptr;
         bool askedOthers = false;
     } remembered;
+    // What RelatedWords remembers for one pass of questions, under
+    // similarLock: the last answer and, from the second question of a pass,
+    // the notes holding each word (at most kRelatedWordsNoteLimit, in outline
+    // order, as positions in `indexes`). Note indexes live as long as the
+    // updater, and the pass ends when any of them changes.
+    struct RememberedWords {
+        uint32_t word = 0;
+        size_t count = 0;
+        uint64_t generation = 0;
+        long notes = -1;
+        std::vector<std::string> found;
+        // Only compared, never followed.
+        const Node* passStart = nullptr;
+        bool askedOthers = false;
+        bool postingsMade = false;
+        std::vector<const Lynx*> indexes;
+        std::unordered_map<uint32_t, std::vector<uint32_t>> postings;
+    } related;
 };
 
 // Installs the index's part of the hooks (values/Hooks.h): a note whose text
 // or name changed is reindexed by its document's updater, and action code
-// asks the indexes whether a note holds a word and which notes are most
-// like one (making the document's updater when it has none). Run by the
-// program at start-up and by the first updater; calling it again does
-// nothing.
+// asks the indexes whether a note holds a word, which notes are most like
+// one and which words share the most notes with a word (making the
+// document's updater when it has none). Run by the program at start-up and
+// by the first updater; calling it again does nothing.
 void InstallTextHooks();

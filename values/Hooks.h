@@ -113,6 +113,13 @@ struct Hooks {
     // after note, and the answer may be kept for the rest of such a pass.
     // Empty: none.
     std::function<std::vector<Node*>(Node* note, size_t count, const Node* asking)> mostSimilarNotes;
+    // The words that share the most notes with `word` (filtered as the
+    // index filters text) in the document of `note`: most shared notes
+    // first, ties in alphabetical order, `word` itself left out, at most
+    // `count`. `note` is the note the question is computed for; the answer
+    // may be kept for the rest of a pass, as for mostSimilarNotes.
+    // Empty: none.
+    std::function<std::vector<std::string>(Node* note, const std::string& word, size_t count)> relatedWords;
 
     // -------------------------------------------------------------- export
     // Installed by the export layer.

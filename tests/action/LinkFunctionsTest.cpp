@@ -109,18 +109,77 @@ TEST_F(LinkFunctionsTest, LinkPathAndNeighboursFollowLinks) {
 TEST_F(LinkFunctionsTest, DistanceByLatitudeAndLongitude) {
     Node* paris = MakeNote("Paris");
     Node* london = MakeNote("London");
+    Node* sydney = MakeNote("Sydney");
     paris->Set("Latitude", "48.8566");
     paris->Set("Longitude", "2.3522");
     london->Set("Latitude", "51.5074");
     london->Set("Longitude", "-0.1278");
+    sydney->Set("Latitude", "-33.8688");
+    sydney->Set("Longitude", "151.2093");
     double km = std::stod(Eval("distance(\"/Paris\", \"/London\")"));
     EXPECT_NEAR(km, 343.5, 1.0);
+    EXPECT_NEAR(std::stod(Eval("distance(\"/London\", \"/Sydney\")")), 16994, 10);
     EXPECT_EQ(Eval("distance(\"/Paris\", \"/Paris\")"), "0");
     EXPECT_EQ(Eval("distance(\"/Paris\", \"/Nowhere\")"), "");
     EXPECT_EQ(Eval("distance(\"/Paris\")"), "");
-    // Services this system lacks answer empty.
-    EXPECT_EQ(Eval("distanceTo(\"/London\")"), "");
+    // distanceTo measures from the note itself, as distance(this, ...) does.
+    EXPECT_NEAR(std::stod(Eval("distanceTo(\"/London\")", paris)), 343.5, 1.0);
+    EXPECT_NEAR(std::stod(Eval("distanceTo(/Sydney)", london)), 16994, 10);
+    for (const char* to : {"/London", "/Sydney", "/Paris"})
+        EXPECT_EQ(Eval(std::string("distanceTo(\"") + to + "\")", paris),
+                  Eval(std::string("distance(this, \"") + to + "\")", paris))
+            << to;
+    EXPECT_EQ(Eval("distanceTo(\"/Nowhere\")", paris), "");
+    // A designator found only by computing the argument.
+    london->Set("Words", "/Paris");
+    EXPECT_NEAR(std::stod(Eval("distanceTo($Words)", london)), 343.5, 1.0);
+    // The map service this system lacks answers empty.
     EXPECT_EQ(Eval("drivingTimeTo(\"/London\")"), "");
+}
+
+TEST_F(LinkFunctionsTest, NeighboursWithinADistance) {
+    // Paris links to London (near) and to Sydney (far); London links on to
+    // Brussels (near Paris, two steps away) and Perth (far, two steps).
+    Node* paris = MakeNote("Paris");
+    auto place = [&](const std::string& name, const char* lat, const char* lon) {
+        Node* n = MakeNote(name);
+        n->Set("Latitude", lat);
+        n->Set("Longitude", lon);
+        return n;
+    };
+    paris->Set("Latitude", "48.8566");
+    paris->Set("Longitude", "2.3522");
+    Node* london = place("London", "51.5074", "-0.1278");
+    place("Sydney", "-33.8688", "151.2093");
+    place("Brussels", "50.8503", "4.3517");
+    place("Perth", "-31.9523", "115.8613");
+    Do("linkTo(\"/London\", road); linkTo(\"/Sydney\", flight)", paris);
+    Do("linkTo(\"/Brussels\", road); linkTo(\"/Perth\", flight)", london);
+    ASSERT_EQ(Eval("neighbors(/Paris)"), "/London;/Sydney");
+    ASSERT_EQ(Eval("neighbors2(/Paris)"), "/London;/Sydney;/Brussels;/Perth");
+
+    EXPECT_EQ(Eval("neighborsWithin(/Paris, 500)"), "/London");
+    EXPECT_EQ(Eval("neighborsWithin(/Paris, 20000)"), "/London;/Sydney");
+    EXPECT_EQ(Eval("neighborsWithin(/Paris, 300)"), "");
+    // Two steps keep the order of neighbors2; the distance is from Paris,
+    // not from the note that led there.
+    EXPECT_EQ(Eval("neighbors2Within(/Paris, 500)"), "/London;/Brussels");
+    EXPECT_EQ(Eval("neighbors2Within(/Paris, 15000)"), "/London;/Brussels;/Perth");
+    EXPECT_EQ(Eval("neighbors2Within(/Paris, 300)"), "/Brussels") << "Brussels is 320 km from London";
+    // Link types choose the links followed.
+    EXPECT_EQ(Eval("neighborsWithin(/Paris, 20000, flight)"), "/Sydney");
+    EXPECT_EQ(Eval("neighborsWithin(/Paris, 500, flight)"), "");
+    EXPECT_EQ(Eval("neighbors2Within(/Paris, 20000, road)"), "/London;/Brussels");
+    EXPECT_EQ(Eval("neighbors2Within(/Paris, 20000, \"road;flight\")"), "/London;/Sydney;/Brussels;/Perth");
+    // The distance may be computed; a missing or non-numeric one keeps none.
+    paris->Set("Count", "400");
+    EXPECT_EQ(Eval("neighborsWithin(/Paris, $Count * 2)", paris), "/London");
+    EXPECT_EQ(Eval("neighborsWithin(/Paris)"), "");
+    EXPECT_EQ(Eval("neighborsWithin(/Paris, far)"), "");
+    EXPECT_EQ(Eval("neighbors2Within(/Paris, \"\")"), "");
+    EXPECT_EQ(Eval("neighborsWithin(/Nowhere, 500)"), "");
+    // The result is a list of notes, as neighbors gives.
+    EXPECT_EQ(Eval("neighbors2Within(/Paris, 500).count"), "2");
 }
 
 }  // namespace

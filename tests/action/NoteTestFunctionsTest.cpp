@@ -9,6 +9,8 @@
 #include <string>
 
 #include "Action.h"
+#include "Hooks.h"
+#include "Link.h"
 #include "LynxUpdater.h"
 #include "MatchList.h"
 #include "NodeFacade.h"
@@ -120,6 +122,41 @@ TEST_F(NoteTestFunctionsTest, Links) {
     EXPECT_TRUE(Holds("originalLinkedTo(/Top/C/D)", alias));
     EXPECT_TRUE(Holds("originalLinkedFrom(/Top/C, \"see\")", d));
     EXPECT_FALSE(Holds("originalLinkedFrom(/Top/C, \"agree\")", d));
+}
+
+TEST_F(NoteTestFunctionsTest, GuardsOfOutboundLinks) {
+    // A web link guarded by "open", as the document reader makes one, and a
+    // plain link to B guarded by "members".
+    LinkRecord web(a);
+    web.url = "https://example.org/door";
+    web.guard = "open";
+    ASSERT_NE(NodeLinks(a).CreateLink(web), nullptr);
+    Link* plain = NodeLinks(a).CreateLink(b, "see");
+    ASSERT_NE(plain, nullptr);
+    plain->SetGuard("members");
+    NodeLinks(c).CreateLink(d, "see");
+
+    EXPECT_TRUE(Holds("guard(open)", a));
+    EXPECT_TRUE(Holds("guard(\"open\")", a));
+    EXPECT_TRUE(Holds("guard( open )", a));
+    EXPECT_TRUE(Holds("guard(members)", a));
+    MatchList matches;
+    EXPECT_EQ(Action::ParseExpression("guard(open)")->ResultType(a, matches), AttributeType::kBoolean);
+    // The whole guard, exactly.
+    EXPECT_FALSE(Holds("guard(ope)", a));
+    EXPECT_FALSE(Holds("guard(Open)", a));
+    EXPECT_FALSE(Holds("guard(closed)", a));
+    // An empty word names no guard, though unguarded links pass any.
+    EXPECT_FALSE(Holds("guard()", c));
+    EXPECT_FALSE(Holds("guard", a));
+    // Only outbound links count: B is the end of the guarded link.
+    EXPECT_FALSE(Holds("guard(members)", b));
+    EXPECT_FALSE(Holds("guard(open)", c));
+    // As a query asks it of every note.
+    NodeVector found = NoteQuery("guard(open)", true).FindAll(&doc);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0], a);
+    EXPECT_EQ(Eval("!guard(closed)", a), "true");
 }
 
 TEST_F(NoteTestFunctionsTest, Between) {
@@ -338,6 +375,42 @@ TEST_F(WordIndexQueueTest, SimilarNotesByTheirWords) {
     EXPECT_TRUE(Holds("similarTo(/Proto/Model)", far));
     Text(close, "zebra");
     EXPECT_FALSE(Holds("similarTo(/Proto/Model)", close));
+}
+
+TEST_F(WordIndexQueueTest, WordsRelatedByTheNotesTheyShare) {
+    // Names with digits add no words of their own.
+    Node* n1 = MakeNote("n1", proto);
+    Node* n2 = MakeNote("n2", proto, n1);
+    Node* n3 = MakeNote("n3", proto, n2);
+    Node* n4 = MakeNote("n4", proto, n3);
+    Text(n1, "apple banana cherry");
+    Text(n2, "Apple, banana and a date.");
+    Text(n3, "apple cherry elder apple");
+    Text(n4, "banana fig grape");
+    // banana and cherry share two notes with apple, date and elder one each;
+    // ties go alphabetically and apple itself is left out.
+    EXPECT_EQ(Eval("wordsRelatedTo(apple)"), "banana;cherry;and;date;elder");
+    EXPECT_EQ(Eval("wordsRelatedTo(\"APPLE\", 2)"), "banana;cherry");
+    EXPECT_EQ(Eval("wordsRelatedTo(apple, 3)"), "banana;cherry;and");
+    EXPECT_EQ(Eval("wordsRelatedTo(apple, 1)"), "banana");
+    EXPECT_EQ(Eval("wordsRelatedTo(apple, 0)"), "");
+    EXPECT_EQ(Eval("wordsRelatedTo(fig)"), "banana;grape");
+    EXPECT_EQ(Eval("wordsRelatedTo(zebra)"), "");
+    EXPECT_EQ(Eval("wordsRelatedTo(\"\")"), "");
+    // A computed word; the answer is a list.
+    a->Set("Words", "fig");
+    EXPECT_EQ(Eval("wordsRelatedTo($Words).count"), "2");
+    // A changed text changes the answer to the same question.
+    Text(n4, "apple elder cherry");
+    EXPECT_EQ(Eval("wordsRelatedTo(apple)"), "cherry;banana;elder;and;date");
+    EXPECT_EQ(Eval("wordsRelatedTo(apple)", n2), "cherry;banana;elder;and;date");
+    // Every note of a query gets the same answer.
+    EXPECT_EQ(NoteQuery("wordsRelatedTo(apple, 1) == \"cherry\"", true).FindAll(&doc).size(),
+              NoteQuery("true", true).FindAll(&doc).size());
+    // Without the word index there is no answer.
+    StHooks hooks;
+    hooks->relatedWords = nullptr;
+    EXPECT_EQ(Eval("wordsRelatedTo(apple)"), "");
 }
 
 }  // namespace

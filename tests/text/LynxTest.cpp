@@ -290,3 +290,38 @@ TEST(LynxUpdaterQueueTest, DocumentOwnedUpdaterAndRememberedAnswers) {
     EXPECT_EQ(LynxUpdater::For(&doc), nullptr);
     EXPECT_EQ(&LynxUpdater::Ensure(&doc), &owned);
 }
+
+TEST(LynxUpdaterQueueTest, RelatedWordsReadABoundedNumberOfNotes) {
+    Hypertext doc;
+    NodeMaker maker(&doc);
+    Node* early = maker.MakeNode("Early", nullptr, nullptr, 0, 0);
+    Node* late = maker.MakeNode("Late", nullptr, early, 0, 0);
+    Node* last = nullptr;
+    for (size_t i = 0; i + 1 < LynxUpdater::kRelatedWordsNoteLimit; ++i) {
+        last = maker.MakeNode("x" + std::to_string(i), early, last, 0, 0);
+        NodeText(last).SetText("common alpha");
+    }
+    Node* after = nullptr;
+    for (int i = 0; i < 3; ++i) {
+        after = maker.MakeNode("y" + std::to_string(i), late, after, 0, 0);
+        NodeText(after).SetText(i == 0 ? "common omega zebra" : "common omega");
+    }
+    LynxUpdater& updater = LynxUpdater::Ensure(&doc);
+    // One note short of the bound: the first note under Late is read too.
+    EXPECT_EQ(updater.RelatedWords("Common", 10), (std::vector<std::string>{"alpha", "omega", "zebra"}));
+    EXPECT_EQ(updater.RelatedWords("omega", 10), (std::vector<std::string>{"common", "zebra"}));
+    EXPECT_TRUE(updater.RelatedWords("common", 0).empty());
+    EXPECT_TRUE(updater.RelatedWords("unheard", 10).empty());
+    // Questions of one pass, asked for notes, give the same answers.
+    EXPECT_EQ(updater.RelatedWords("omega", 10, early), (std::vector<std::string>{"common", "zebra"}));
+    EXPECT_EQ(updater.RelatedWords("common", 10, late), (std::vector<std::string>{"alpha", "omega", "zebra"}));
+    EXPECT_EQ(updater.RelatedWords("zebra", 10, last), (std::vector<std::string>{"common", "omega"}));
+    EXPECT_EQ(updater.RelatedWords("common", 2, last), (std::vector<std::string>{"alpha", "omega"}));
+    // At the bound, the notes after it are not read.
+    Node* one = maker.MakeNode("z", early, last, 0, 0);
+    NodeText(one).SetText("common alpha");
+    updater.IndexNow(one);
+    EXPECT_EQ(updater.RelatedWords("common", 10), std::vector<std::string>{"alpha"});
+    EXPECT_EQ(updater.RelatedWords("omega", 10, early), (std::vector<std::string>{"common", "zebra"}));
+    EXPECT_EQ(updater.RelatedWords("common", 10, late), std::vector<std::string>{"alpha"});
+}
