@@ -13,6 +13,7 @@
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
 #include "PColor.h"
+#include "RylSerial.h"
 #include "STemplateFile.h"
 #include "Value.h"
 
@@ -64,10 +65,14 @@ TextStyle OutlineExporter::StyleFor(Node* note, int depth) const {
     // the note's own.
     Node* original = note->GetOriginal();
     const Attribute* attribute = original->GetAttribute("Color");
-    const Value* own = attribute ? original->DoGetImmediate(attribute) : nullptr;
-    if (!own)
+    if (!attribute)
         return style;
-    std::string text = own->AsString();
+    std::string text;
+    {
+        StObjectLock guard(original->Lock());
+        if (const Value* own = original->DoGetImmediate(attribute))
+            text = own->AsString();
+    }
     if (text.empty() || text == "automatic")
         return style;
     HypertextFacade document(hypertext);
@@ -84,7 +89,6 @@ std::string OutlineExporter::TitleOf(Node* note) {
     // the outline has always had (entities, where a note asks for them).
     if (!titleTemplate)
         titleTemplate = std::make_unique<ExportTemplate>(std::string("^title^"), this, nullptr);
-    titleTemplate->SetLinkIndex(GetLinkIndex());
     return titleTemplate->ExportString(note, HypertextFacade(hypertext).Root());
 }
 
