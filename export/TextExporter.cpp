@@ -93,12 +93,17 @@ std::string OutlineExporter::TitleOf(Node* note) {
 }
 
 void OutlineExporter::TextListFor(Node* note, int depth, StyledText& text) {
+    std::u16string characters;
+    std::vector<StyleRun> runs;
+    GatherParagraphs(note, depth, characters, runs);
+    text.Append(StyledText::FromRuns(std::move(characters), std::move(runs)));
+}
+
+void OutlineExporter::GatherParagraphs(Node* note, int depth, std::u16string& characters,
+                                       std::vector<StyleRun>& runs) {
     if (!note)
         return;
     // Outline order without recursion: documents may nest thousands deep.
-    // The paragraphs are gathered first and joined to the text once.
-    std::u16string characters;
-    std::vector<StyleRun> runs;
     Node* at = note;
     int level = depth;
     while (at) {
@@ -120,16 +125,17 @@ void OutlineExporter::TextListFor(Node* note, int depth, StyledText& text) {
         }
         at = at == note ? nullptr : at->Brother();
     }
-    text.Append(StyledText::FromRuns(std::move(characters), std::move(runs)));
 }
 
 StyledText OutlineExporter::OutlineText() {
-    StyledText text;
+    // The paragraphs are gathered first and made into styled text once.
+    std::u16string characters;
+    std::vector<StyleRun> runs;
     Node* root = HypertextFacade(hypertext).Root();
     for (Node* child = root ? root->Son() : nullptr; child; child = child->Brother())
-        TextListFor(child, 0, text);
+        GatherParagraphs(child, 0, characters, runs);
     total = CountExportedNotes();
-    return text;
+    return StyledText::FromRuns(std::move(characters), std::move(runs));
 }
 
 std::string OutlineExporter::PlainText(const StyledText& outline) {

@@ -63,6 +63,8 @@ public:
     bool ExportToPath(const std::string& path, std::string& error) override;
 
 private:
+    // TextListFor's paragraphs, added to `characters` and `runs`.
+    void GatherParagraphs(Node* note, int depth, std::u16string& characters, std::vector<StyleRun>& runs);
     // The title as the outline template writes it.
     std::string TitleOf(Node* note);
     // Whether a template (chosen for this run, or the document's
