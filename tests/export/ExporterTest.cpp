@@ -189,6 +189,13 @@ TEST_F(Drivers, OutlineAsTextAndAsRtfFromOneWalk) {
     ASSERT_TRUE(again.ExportToPath(text, error) && again.ExportToPath(rtf, error)) << error;
     EXPECT_EQ(again.Written(), 0);
     EXPECT_EQ(again.Unchanged(), 2);
+    // A place that cannot be written is an error, for either form.
+    std::string nowhere = (folder / "no folder" / "x").string();
+    EXPECT_FALSE(again.ExportToPath(nowhere + ".rtf", error));
+    EXPECT_NE(error.find("cannot write " + nowhere + ".rtf"), std::string::npos) << error;
+    error.clear();
+    EXPECT_FALSE(again.ExportToPath(nowhere + ".txt", error));
+    EXPECT_NE(error.find("cannot write"), std::string::npos) << error;
 
     // The document's own outline template replaces the text form only.
     Node* own = Make("Outline", templates, page);
