@@ -144,7 +144,7 @@ std::string OutlineExporter::PlainText(const StyledText& outline) {
     while (at < outline.Length()) {
         int end = outline.ParagraphEnd(at);
         int levels = outline.StyleAt(at).leftIndent / kIndentStep;
-        if (levels > 0 && levels <= 100)
+        if (levels > 0 && levels <= kMaxTabbedLevels)
             out.append(static_cast<size_t>(levels), '\t');
         out += Utf16ToUtf8(std::u16string_view(outline.Unicode()).substr(static_cast<size_t>(at),
                                                                          static_cast<size_t>(end - at)));

@@ -37,6 +37,9 @@ public:
     static constexpr int kIndentStep = 720;
     // Deeper notes keep the indent of this depth.
     static constexpr int kMaxIndentLevels = 1000;
+    // The text form writes tabs up to this many levels; deeper paragraphs
+    // start at the margin, as the outline template's indent does.
+    static constexpr int kMaxTabbedLevels = 100;
 
     explicit OutlineExporter(Hypertext* hypertext);
     ~OutlineExporter() override;
@@ -54,7 +57,7 @@ public:
     // The whole document's outline.
     StyledText OutlineText();
     // The outline as text: each paragraph after a tab per level of its
-    // indent (none beyond 100 levels, as the outline template writes).
+    // indent.
     static std::string PlainText(const StyledText& outline);
     static bool IsRTFPath(const std::string& path);
 
