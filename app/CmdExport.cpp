@@ -1,11 +1,13 @@
 // `rylvane export FILE DIR`: exports the document to a folder of pages
 // through its export template, or a template chosen with --template (a
 // template note or a built-in template). --markdown writes a Markdown file
-// per note; --outline and --opml write the whole document to one file.
+// per note; --outline and --opml write the whole document to one file (the
+// outline as RTF when the file's name ends in ".rtf").
 // Prints how many files were written and how many were left unchanged.
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <unistd.h>
 
@@ -64,17 +66,24 @@ void EncodeEntitiesForRun(Hypertext* document) {
 }
 
 int RunSingleFile(const ExportState& state, DocumentSession& session) {
-    TextExporter exporter(session.Document(), state.opml ? "opml" : "outline");
+    std::unique_ptr<TextExporter> exporter;
+    if (state.opml)
+        exporter = std::make_unique<TextExporter>(session.Document(), "opml");
+    else
+        exporter = std::make_unique<OutlineExporter>(session.Document());
     if (!state.templateName.empty()) {
-        exporter.ChooseTemplate(state.templateName);
-        if (!exporter.HasTemplate())
+        // A template gives text; the RTF outline is made from the notes alone.
+        if (state.outline && OutlineExporter::IsRTFPath(state.target))
+            return CommandFailure("--template does not apply to an RTF outline");
+        exporter->ChooseTemplate(state.templateName);
+        if (!exporter->HasTemplate())
             return CommandFailure("no template named " + state.templateName + "; built-in templates: " + BuiltInList());
-        exporter.Exporter::LoadTemplate();
+        exporter->Exporter::LoadTemplate();
     }
     std::string error;
-    if (!exporter.ExportToPath(state.target, error))
+    if (!exporter->ExportToPath(state.target, error))
         return CommandFailure(error);
-    std::cout << Counts(exporter.Written(), exporter.Unchanged()) << "\n";
+    std::cout << Counts(exporter->Written(), exporter->Unchanged()) << "\n";
     return 0;
 }
 
@@ -147,7 +156,8 @@ CommandRegistration registration(
             ->required();
         cmd->add_option("--template", state->templateName,
                         "A template note's path, or a built-in template: html, markdown, outline, opml");
-        cmd->add_flag("--outline", state->outline, "Write the whole document as one indented text outline");
+        cmd->add_flag("--outline", state->outline,
+                      "Write the whole document as one outline: indented text, or RTF when the file ends in .rtf");
         cmd->add_flag("--markdown", state->markdown, "Write a Markdown file per note");
         cmd->add_flag("--opml", state->opml, "Write the whole document as one OPML file");
         cmd->add_flag("--allow-commands", state->allowCommands,

@@ -39,7 +39,8 @@ std::string Utf16ToUtf8(std::u16string_view utf16) {
 bool TextStyle::operator==(const TextStyle& other) const {
     if (font != other.font || size != other.size || bold != other.bold || italic != other.italic ||
         underline != other.underline || strikethrough != other.strikethrough || foreground != other.foreground ||
-        background != other.background || alignment != other.alignment || link != other.link)
+        background != other.background || alignment != other.alignment || leftIndent != other.leftIndent ||
+        firstLineIndent != other.firstLineIndent || link != other.link)
         return false;
     if (attachment == other.attachment)
         return true;
@@ -168,6 +169,15 @@ void StyledText::SetAlignment(int start, int length, TextAlignment alignment) {
     int from = ParagraphStart(start);
     int to = ParagraphEnd(std::max(start + length - 1, start));
     ModifyStyle(from, to - from, [alignment](TextStyle& s) { s.alignment = alignment; });
+}
+
+void StyledText::SetIndents(int start, int length, int leftIndent, int firstLineIndent) {
+    int from = ParagraphStart(start);
+    int to = ParagraphEnd(std::max(start + length - 1, start));
+    ModifyStyle(from, to - from, [leftIndent, firstLineIndent](TextStyle& s) {
+        s.leftIndent = leftIndent;
+        s.firstLineIndent = firstLineIndent;
+    });
 }
 
 void StyledText::SetLink(int start, int length, const std::string& url) {

@@ -24,7 +24,8 @@ struct TextRGB {
     bool operator==(const TextRGB&) const = default;
 };
 
-// Alignment belongs to a paragraph; `Natural` is the writing direction's own.
+// Alignment and indents belong to a paragraph; `Natural` is the writing
+// direction's own alignment.
 enum class TextAlignment : uint8_t { Natural, Left, Center, Right, Justified };
 
 struct TextAttachment {
@@ -45,6 +46,8 @@ struct TextStyle {
     std::optional<TextRGB> foreground;   // none means the note's text colour
     std::optional<TextRGB> background;
     TextAlignment alignment = TextAlignment::Natural;
+    int leftIndent = 0;                  // of the paragraph, in twips; 0 is none
+    int firstLineIndent = 0;             // of its first line, from the left indent
     std::string link;                    // URL the characters link to, if any
     std::shared_ptr<const TextAttachment> attachment;
 
@@ -91,6 +94,9 @@ public:
     void ModifyStyle(int start, int length, F change);
     // Sets the alignment of every paragraph touched by the range.
     void SetAlignment(int start, int length, TextAlignment alignment);
+    // Sets the left and first-line indents (twips) of every paragraph
+    // touched by the range.
+    void SetIndents(int start, int length, int leftIndent, int firstLineIndent = 0);
     void SetLink(int start, int length, const std::string& url);
 
     void Append(std::string_view utf8, const TextStyle& style = {});

@@ -6,7 +6,7 @@
 //   {\fonttbl\f0\fnil Helvetica;\f1\fnil Courier;}
 //   {\colortbl;\red255\green0\blue0;}
 //   \pard\qc \f0\fs28\b Title\par
-//   \pard \plain plain text with {\field{\*\fldinst{HYPERLINK "https://x"}}{\fldrslt a link}}\par
+//   \pard\li720 \plain plain text with {\field{\*\fldinst{HYPERLINK "https://x"}}{\fldrslt a link}}\par
 //   {{\NeXTGraphic picture.png \width400 \height300}\u65532 }}
 //
 // Characters outside printable ASCII go out as \uN with no fallback (\uc0).
@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <set>
 
@@ -87,6 +88,8 @@ struct WriterState {
     bool bold = false, italic = false, underline = false, strikethrough = false;
     std::optional<TextRGB> foreground, background;
     TextAlignment alignment = TextAlignment::Natural;
+    int leftIndent = 0;
+    int firstLineIndent = 0;
 };
 
 class RTFWriter {
@@ -149,16 +152,32 @@ private:
     // Brings `state` to the target style, writing control words.
     void Transition(std::string& out, WriterState& state, const TextStyle& target) {
         std::string words;
-        if (target.alignment != state.alignment) {
+        if (target.alignment != state.alignment || target.leftIndent != state.leftIndent ||
+            target.firstLineIndent != state.firstLineIndent) {
+            // \pard clears every paragraph property, so whatever is still
+            // set follows it.
             words += AlignmentWord(target.alignment);
+            if (target.leftIndent != 0) {
+                words += "\\li";
+                PutNumber(words, target.leftIndent);
+            }
+            if (target.firstLineIndent != 0) {
+                words += "\\fi";
+                PutNumber(words, target.firstLineIndent);
+            }
             state.alignment = target.alignment;
+            state.leftIndent = target.leftIndent;
+            state.firstLineIndent = target.firstLineIndent;
         }
         bool reset = (state.font != target.font && target.font.empty()) || (state.size != 0 && target.size == 0);
         if (reset) {
+            // \plain resets the characters only; the paragraph stays.
             words += "\\plain";
-            TextAlignment keep = state.alignment;
-            state = WriterState();
-            state.alignment = keep;
+            WriterState paragraph;
+            paragraph.alignment = state.alignment;
+            paragraph.leftIndent = state.leftIndent;
+            paragraph.firstLineIndent = state.firstLineIndent;
+            state = paragraph;
         }
         if (target.font != state.font) {
             words += "\\f";
@@ -748,13 +767,21 @@ private:
         else if (word == "plain") {
             TextStyle reset;
             reset.alignment = style.alignment;
+            reset.leftIndent = style.leftIndent;
+            reset.firstLineIndent = style.firstLineIndent;
             reset.link = style.link;
             auto font = fonts.find(defaultFont);
             if (defaultFont >= 0 && font != fonts.end())
                 reset.font = font->second;
             style = reset;
         }
-        else if (word == "pard") style.alignment = TextAlignment::Natural;
+        else if (word == "pard") {
+            style.alignment = TextAlignment::Natural;
+            style.leftIndent = 0;
+            style.firstLineIndent = 0;
+        }
+        else if (word == "li") style.leftIndent = Twips(parameter);
+        else if (word == "fi") style.firstLineIndent = Twips(parameter);
         else if (word == "ql") style.alignment = TextAlignment::Left;
         else if (word == "qc") style.alignment = TextAlignment::Center;
         else if (word == "qr") style.alignment = TextAlignment::Right;
@@ -773,6 +800,11 @@ private:
         else if (word == "fs") style.size = hasParameter ? std::clamp<long>(parameter, 0, 100000) / 2.0 : 0;
         else if (word == "cf") style.foreground = ColorAt(parameter);
         else if (word == "cb" || word == "highlight" || word == "chcbpat") style.background = ColorAt(parameter);
+    }
+
+    static int Twips(long parameter) {
+        return static_cast<int>(std::clamp<long>(parameter, std::numeric_limits<int>::min() + 1,
+                                                 std::numeric_limits<int>::max()));
     }
 
     std::optional<TextRGB> ColorAt(long index) const {

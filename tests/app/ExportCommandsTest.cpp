@@ -1,6 +1,7 @@
 // `rylvane export` and `rylvane render`: the sample document exported to a
 // site that a browser reads without fault, incremental export, the refusals
-// and the single-file drivers.
+// and the single-file drivers (the outline as text and as RTF).
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -12,6 +13,7 @@
 #include "NodeExport.h"
 #include "NodeFacade.h"
 #include "NodeHelpers.h"
+#include "StyledText.h"
 #include "TalvikReader.h"
 
 namespace {
@@ -146,6 +148,23 @@ TEST_F(ExportCommands, RenderAndSingleFileDrivers) {
     EXPECT_NE(text.find("\nProjects\n"), std::string::npos);
     EXPECT_NE(text.find("\n\t"), std::string::npos);
     EXPECT_EQ(R({"export", Sample(), outline.string(), "--outline"}).out, "0 written, 1 unchanged\n");
+
+    // The same outline as RTF: the titles without the tabs, the depth in
+    // the indents. A template gives text, so it is refused for RTF.
+    fs::path rtf = dir / "outline.rtf";
+    auto rich = R({"export", Sample(), rtf.string(), "--outline"});
+    ASSERT_EQ(rich.code, 0) << rich.err;
+    StyledText back = StyledText::FromRTF(Slurp(rtf.string()));
+    std::string untabbed = text;
+    untabbed.erase(std::remove(untabbed.begin(), untabbed.end(), '\t'), untabbed.end());
+    EXPECT_EQ(back.Text(), untabbed);
+    int garden = static_cast<int>(back.Unicode().find(u"Garden"));
+    EXPECT_EQ(back.StyleAt(garden).leftIndent, 720);
+    EXPECT_TRUE(back.StyleAt(0).bold);
+    fs::path refused = dir / "chosen.rtf";
+    ExpectFailure(R({"export", Sample(), refused.string(), "--outline", "--template", "outline"}),
+                  "--template does not apply to an RTF outline");
+    EXPECT_FALSE(fs::exists(refused));
 
     fs::path opml = dir / "notes.opml";
     ASSERT_EQ(R({"export", Sample(), opml.string(), "--opml"}).code, 0);

@@ -1,5 +1,6 @@
 // The drivers in-process: which template a page uses, the folder they
-// write, links between the pages, the single-file outline, and the
+// write, links between the pages, the single-file outline as text and as
+// RTF, and the
 // encoders and cloud sizes the elements rely on.
 #include <gtest/gtest.h>
 
@@ -15,6 +16,9 @@
 #include "MarkupEncode.h"
 #include "Node.h"
 #include "NodeHelpers.h"
+#include "Attribute.h"
+#include "Props.h"
+#include "StyledText.h"
 #include "TextExporter.h"
 
 namespace {
@@ -110,6 +114,119 @@ TEST_F(Drivers, OutlineOfTheWholeDocument) {
     // their children that would (Page).
     EXPECT_EQ(Read(path), "Top\n\tChild\nOther\n\tPage\n");
     fs::remove(path);
+}
+
+// Each paragraph of an outline read back: its text, indent and style.
+struct Paragraph {
+    std::string text;
+    TextStyle style;
+};
+
+std::vector<Paragraph> ParagraphsOf(const StyledText& text) {
+    std::vector<Paragraph> paragraphs;
+    for (int at = 0; at < text.Length();) {
+        int end = text.ParagraphEnd(at);
+        paragraphs.push_back({text.Substring(at, end - at - 1).Text(), text.StyleAt(at)});
+        // One style across the paragraph.
+        for (int i = at; i < end - 1; ++i)
+            EXPECT_TRUE(text.StyleAt(i) == text.StyleAt(at)) << paragraphs.back().text << " at " << i - at;
+        at = end;
+    }
+    return paragraphs;
+}
+
+TEST_F(Drivers, OutlineAsTextAndAsRtfFromOneWalk) {
+    Node* grandchild = Make("Grand", child);
+    child->SetColor("Color", "#ff8000");
+    Node* hidden = Make("Hidden", top, child);
+    hidden->SetBoolean("HTMLDontExport", true);
+    Make("Under hidden", hidden);
+    // The default colour set on the note itself, and "automatic", are no
+    // colour of the note's own.
+    Node* usual = Make("R&D", nullptr, other);
+    usual->SetColor("Color", doc.AttributeStorage()->GetAttribute("Color")->GetDefaultValueAsString());
+    grandchild->SetColor("Color", "automatic");
+    // A note asking for entities has its title encoded, as the outline
+    // template has always written it.
+    usual->SetBoolean("HTMLEntities", true);
+
+    const std::string expected = "Top\n\tChild\n\t\tGrand\n\t\tUnder hidden\nOther\nR&amp;D\n\tPage\n";
+    TextExporter byTemplate(&doc, "outline");
+    EXPECT_EQ(byTemplate.ExportedString(), expected);
+    std::string text = folder.string() + ".txt";
+    std::string rtf = folder.string() + ".Rtf";
+    OutlineExporter outline(&doc);
+    std::string error;
+    ASSERT_TRUE(outline.ExportToPath(text, error)) << error;
+    ASSERT_TRUE(outline.ExportToPath(rtf, error)) << error;
+    EXPECT_EQ(Read(text), expected);
+    std::string written = Read(rtf);
+    ASSERT_EQ(written.rfind("{\\rtf1", 0), 0u) << written;
+    EXPECT_NE(written.find("\\li1440"), std::string::npos) << written;
+
+    struct Want {
+        std::string title;
+        int depth;
+        std::optional<TextRGB> colour;
+    };
+    const std::vector<Want> wanted = {{"Top", 0, {}},   {"Child", 1, TextRGB{255, 128, 0}},
+                                      {"Grand", 2, {}}, {"Under hidden", 2, {}},
+                                      {"Other", 0, {}}, {"R&amp;D", 0, {}},
+                                      {"Page", 1, {}}};
+    std::vector<Paragraph> back = ParagraphsOf(StyledText::FromRTF(written));
+    ASSERT_EQ(back.size(), wanted.size()) << written;
+    for (size_t i = 0; i < wanted.size(); ++i) {
+        SCOPED_TRACE(wanted[i].title);
+        EXPECT_EQ(back[i].text, wanted[i].title);
+        EXPECT_EQ(back[i].style.leftIndent, wanted[i].depth * OutlineExporter::kIndentStep);
+        EXPECT_EQ(back[i].style.bold, wanted[i].depth == 0);
+        EXPECT_EQ(back[i].style.foreground, wanted[i].colour);
+        EXPECT_FALSE(back[i].style.italic);
+    }
+
+    // Nothing changed: neither file is written again.
+    OutlineExporter again(&doc);
+    ASSERT_TRUE(again.ExportToPath(text, error) && again.ExportToPath(rtf, error)) << error;
+    EXPECT_EQ(again.Written(), 0);
+    EXPECT_EQ(again.Unchanged(), 2);
+    // A place that cannot be written is an error, for either form.
+    std::string nowhere = (folder / "no folder" / "x").string();
+    EXPECT_FALSE(again.ExportToPath(nowhere + ".rtf", error));
+    EXPECT_NE(error.find("cannot write " + nowhere + ".rtf"), std::string::npos) << error;
+    error.clear();
+    EXPECT_FALSE(again.ExportToPath(nowhere + ".txt", error));
+    EXPECT_NE(error.find("cannot write"), std::string::npos) << error;
+
+    // The document's own outline template replaces the text form only.
+    Node* own = Make("Outline", templates, page);
+    own->SetBoolean("IsTemplate", true);
+    NodeText(own).SetText("mine");
+    OutlineExporter templated(&doc);
+    ASSERT_TRUE(templated.ExportToPath(text, error) && templated.ExportToPath(rtf, error)) << error;
+    EXPECT_EQ(Read(text), "mine");
+    EXPECT_EQ(StyledText::FromRTF(Read(rtf)).Text(),
+              "Top\nChild\nGrand\nUnder hidden\nOther\nR&amp;D\nPage\nOutline\n");
+    fs::remove(text);
+    fs::remove(rtf);
+}
+
+TEST_F(Drivers, DeepOutlineEndsWithinBounds) {
+    // Far deeper than any stack would allow for a walk by recursion; past
+    // 100 levels the text form writes no tabs, as the template does.
+    Node* at = child;
+    for (int i = 0; i < 3000; ++i)
+        at = Make("n" + std::to_string(i), at);
+    OutlineExporter outline(&doc);
+    StyledText styled = outline.OutlineText();
+    std::string text = OutlineExporter::PlainText(styled);
+    EXPECT_EQ(text, TextExporter(&doc, "outline").ExportedString());
+    EXPECT_NE(text.find("\n" + std::string(100, '\t') + "n98\nn99\nn100\n"), std::string::npos);
+    int deepest = static_cast<int>(styled.Unicode().find(u"n2999\n"));
+    ASSERT_GT(deepest, 0);
+    EXPECT_EQ(styled.StyleAt(deepest).leftIndent,
+              OutlineExporter::kMaxIndentLevels * OutlineExporter::kIndentStep);
+    StyledText back = StyledText::FromRTF(styled.ToRTF());
+    EXPECT_TRUE(back == styled);
 }
 
 TEST(MarkupHelpers, EncodersAndCloudTiers) {

@@ -1,5 +1,6 @@
 // The RTF that the styled text writes must read back to the same text and
-// runs, whatever style follows whatever; and RTF of other writers in other
+// runs, whatever style follows whatever; paragraph indents survive the trip
+// and tell paragraphs apart; and RTF of other writers in other
 // code pages must read as the characters they meant.
 #include <gtest/gtest.h>
 
@@ -12,6 +13,7 @@ std::vector<TextStyle> StylePalette() {
     std::vector<TextStyle> styles(9);
     styles[1].font = "Georgia";
     styles[1].size = 18;
+    styles[1].leftIndent = 720;
     styles[2].bold = true;
     styles[2].italic = true;
     styles[3].font = "Brace{Font}\\Back";
@@ -28,6 +30,8 @@ std::vector<TextStyle> StylePalette() {
     styles[6].bold = true;
     styles[7].link = "https://example.org/a b\\c{d}?q=\xC3\xA9";
     styles[7].italic = true;
+    styles[7].leftIndent = 720;
+    styles[7].firstLineIndent = -360;
     styles[8].font = "Caf\xC3\xA9 Sans";
     styles[8].size = 11;
     styles[8].underline = true;
@@ -121,6 +125,49 @@ TEST(RtfSubset, AttachmentsInsideLinksAndStylesKeepTheirNamesAndPlaces) {
     EXPECT_EQ(read.Attachment(0)->data, all);
     EXPECT_EQ(read.Attachment(1)->data, all);
     EXPECT_EQ(read.ToRTFD(), rtfd);
+}
+
+TEST(RtfSubset, ParagraphIndentsAreWrittenReadAndKeptApart) {
+    TextStyle georgia;
+    georgia.font = "Georgia";
+    StyledText text;
+    text.Append("top\n");
+    text.Append("one ", georgia);
+    text.Append("level\n");   // back to no font: \plain in the middle of the paragraph
+    text.Append("two levels\n");
+    text.Append("hanging");
+    text.SetIndents(4, 1, 720);
+    text.SetIndents(text.Length() - 16, 3, 1440);
+    text.SetIndents(text.Length() - 1, 1, 720, -360);
+    EXPECT_EQ(text.StyleAt(3).leftIndent, 0);
+    EXPECT_EQ(text.StyleAt(13).leftIndent, 720);   // the whole paragraph, line break included
+    EXPECT_EQ(text.StyleAt(14).leftIndent, 1440);
+    // Same characters, different indents: different runs.
+    ASSERT_EQ(text.Runs().size(), 5u);
+    EXPECT_FALSE(text.StyleAt(14).IsPlain());
+    EXPECT_TRUE(text.StyleAt(14) != text.StyleAt(0));
+
+    std::string rtf = text.ToRTF();
+    EXPECT_NE(rtf.find("\\pard\\li720\\f0 one"), std::string::npos) << rtf;
+    EXPECT_NE(rtf.find("\\li1440"), std::string::npos) << rtf;
+    EXPECT_NE(rtf.find("\\li720\\fi-360"), std::string::npos) << rtf;
+    StyledText back = StyledText::FromRTF(rtf);
+    ExpectSameRuns(back, text, rtf);
+    EXPECT_TRUE(back == text);
+    EXPECT_EQ(back.StyleAt(8).leftIndent, 720);    // after \plain
+    EXPECT_EQ(back.StyleAt(back.Length() - 1).firstLineIndent, -360);
+    EXPECT_EQ(back.ToRTF(), rtf);
+
+    // Other writers: \pard clears the indents, \plain does not, and a huge
+    // number stays within range.
+    StyledText other = StyledText::FromRTF("{\\rtf1 \\li360\\fi-180 a\\plain b\\par\\pard c\\li99999999999 d}");
+    EXPECT_EQ(other.Text(), "ab\ncd");
+    EXPECT_EQ(other.StyleAt(0).leftIndent, 360);
+    EXPECT_EQ(other.StyleAt(0).firstLineIndent, -180);
+    EXPECT_EQ(other.StyleAt(1).leftIndent, 360);
+    EXPECT_EQ(other.StyleAt(3).leftIndent, 0);
+    EXPECT_EQ(other.StyleAt(3).firstLineIndent, 0);
+    EXPECT_GT(other.StyleAt(4).leftIndent, 0);
 }
 
 TEST(RtfSubset, CodePagesOfOtherWritersReadAsTheirCharacters) {
