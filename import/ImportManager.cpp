@@ -87,12 +87,19 @@ bool ImportManager::Import(const ImportSource& source) {
     if (const std::string* card = source.Find(kVCard))
         if (ImportItems(kVCard, *card))
             return true;
-    if (const std::string* rtf = source.Find(kRTF))
+    // Styled text yields to a plain text beside it that has a structure of
+    // its own (a table, an outline, cards...); the plain text is recognised
+    // before it becomes one note.
+    const std::string* text = source.Find(kString);
+    if (const std::string* rtf = source.Find(kRTF)) {
+        if (text && ImportableText::Recognize(*text, "") != ImportableText::Kind::Plain &&
+            ImportItems(kString, *text))
+            return true;
         if (ImportItems(kRTF, *rtf))
             return true;
-    if (const std::string* text = source.Find(kString))
-        if (ImportStructuredText(*text))
-            return true;
+    }
+    if (text && ImportItems(kString, *text))
+        return true;
     if (source.Has(kImage) && !urlDone && refused.empty())
         refused = "pictures on the pasteboard cannot be imported here: reading them needs a platform service "
                   "this build lacks";

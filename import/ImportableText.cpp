@@ -15,6 +15,15 @@
 
 namespace {
 
+// A UTF-8 byte order mark says only how the text is encoded.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::string_view WithoutByteOrderMark(std::string_view text) {
+    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+        text.remove_prefix(kByteOrderMark.size());
+    return text;
+}
+
 bool IsBlank(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return std::isspace(static_cast<unsigned char>(c)); });
 }
@@ -45,6 +54,7 @@ bool ImportableText::KindNamed(const std::string& name, Kind& k) {
 }
 
 ImportableText::Kind ImportableText::Recognize(std::string_view text, const std::string& extension) {
+    text = WithoutByteOrderMark(text);
     std::string ext = extension;
     for (char& c : ext)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -76,6 +86,8 @@ Node* ImportableText::MakeContainer(ImportManager& manager, const std::string& o
 }
 
 bool ImportableText::ImportSelf(ImportManager& manager) {
+    if (WithoutByteOrderMark(text).size() != text.size())
+        text.erase(0, kByteOrderMark.size());
     if (IsBlank(text)) {
         manager.Fail("nothing to import: the text is empty");
         return false;

@@ -112,10 +112,13 @@ size_t RISReader::Import(const std::vector<Record>& records, ImportManager& mana
         std::vector<std::pair<std::string, std::string>> values;
         std::string startPage, endPage, notes;
         for (const auto& [tag, value] : record.tags) {
-            if (tag == "SP")
-                startPage = value;
-            else if (tag == "EP")
-                endPage = value;
+            if (tag == "SP") {
+                if (startPage.empty())
+                    startPage = value;
+            } else if (tag == "EP") {
+                if (endPage.empty())
+                    endPage = value;
+            }
             else if (tag == "N1")
                 notes += (notes.empty() ? "" : "\n") + value;
             const char* attribute = AttributeFor(tag);

@@ -27,10 +27,15 @@ std::string Trim(std::string_view s) {
 std::vector<std::string> Parts(const std::string& raw) {
     std::vector<std::string> parts(1);
     for (size_t i = 0; i < raw.size(); ++i) {
-        if (raw[i] == ';')
+        if (raw[i] == ';') {
             parts.emplace_back();
-        else
+        } else if (raw[i] == '\\' && i + 1 < raw.size()) {
+            // The escape stays for ParseRight; what it escapes splits nothing.
             parts.back() += raw[i];
+            parts.back() += raw[++i];
+        } else {
+            parts.back() += raw[i];
+        }
     }
     return parts;
 }
@@ -146,18 +151,20 @@ std::vector<VCard> VCard::AllIn(std::string_view text) {
     size_t pos = 0;
     while (true) {
         size_t begin = pos;
-        // Each card runs from a BEGIN line to the next END:VCARD.
+        // Each card runs from a BEGIN line to the next line whose name (the
+        // text before its first ":") is END. Lines are walked once each, so
+        // that a long line costs no more than its length.
         size_t found = std::string_view::npos;
-        for (size_t at = text.find(':', begin); at != std::string_view::npos; at = text.find(':', at + 1)) {
-            size_t lineStart = text.rfind('\n', at);
-            lineStart = lineStart == std::string_view::npos ? 0 : lineStart + 1;
-            if (lineStart < begin)
-                lineStart = begin;
-            if (Upper(Trim(text.substr(lineStart, at - lineStart))) == "END") {
-                size_t lineEnd = text.find('\n', at);
-                found = lineEnd == std::string_view::npos ? text.size() : lineEnd + 1;
+        for (size_t lineStart = begin; lineStart < text.size();) {
+            size_t lineEnd = text.find('\n', lineStart);
+            size_t next = lineEnd == std::string_view::npos ? text.size() : lineEnd + 1;
+            std::string_view line = text.substr(lineStart, next - lineStart);
+            size_t colon = line.find(':');
+            if (colon != std::string_view::npos && Upper(Trim(line.substr(0, colon))) == "END") {
+                found = next;
                 break;
             }
+            lineStart = next;
         }
         if (found == std::string_view::npos)
             break;
