@@ -14,6 +14,8 @@
 #include "NodeHelpers.h"
 #include "Props.h"
 #include "RISReader.h"
+#include "STime.h"
+#include "Spreadsheet.h"
 #include "VCard.h"
 
 namespace {
@@ -141,4 +143,174 @@ TEST(RISRulesTest, RepeatedPagesKeepTheFirst) {
     Imports run("TY  - JOUR\nTI  - T\nSP  - 5\nSP  - 9\nEP  - 7\nER  - \n");
     ASSERT_TRUE(run.Top());
     EXPECT_EQ(run.Top()->GetString("Pages"), "5-7");
+}
+
+namespace {
+
+std::string Ymd(const STime& t) {
+    return std::to_string(t.Year()) + "-" + std::to_string(t.Month()) + "-" + std::to_string(t.Day());
+}
+
+using K = ImportableText::Kind;
+
+} // namespace
+
+TEST(TabbedTextRulesTest, LineEndsBlanksAndPrefixes) {
+    Check({
+        {"CRLF", "a\r\n\tb\r\n\tc\r\n", K::Any, "imported outline\n  a\n    b\n    c\n"},
+        {"lone CR", "a\r\tb\r\t\tc\r", K::Any, "imported outline\n  a\n    b\n      c\n"},
+        {"blank lines", "a\n\n\tb\n \t \n\tc\n", K::Any, "imported outline\n  a\n    b\n    c\n"},
+        {"prefixes and trailing blanks", "\xE2\x80\xA2 a  \n\t- b\t\n\t\xE2\x96\xB8 c\n", K::Any,
+         "imported outline\n  a\n    b\n    c\n"},
+        {"a line left empty by its prefix is dropped", "a\n\t- \n\tb\n\tc\n", K::Any,
+         "imported outline\n  a\n    b\n    c\n"},
+        {"back out several levels", "a\n\tb\n\t\tc\n\t\t\td\ne\n\tf\n", K::Any,
+         "imported outline\n  a\n    b\n      c\n        d\n  e\n    f\n"},
+        {"forced, a jump is refused", "a\n\t\t\tb\n\tc\n", K::Outline,
+         "failed: the text is not a tab-indented outline (too short, or a line jumps two levels)"},
+        {"forced, too short", "a\n\tb\n", K::Outline,
+         "failed: the text is not a tab-indented outline (too short, or a line jumps two levels)"},
+    });
+    // Only the first 1000 lines decide: a jump after them does not make the
+    // text plain, and is read as one level deeper.
+    std::string text = "top\n";
+    for (int i = 0; i < 999; ++i)
+        text += "\tx\n";
+    text += "\t\t\tdeep\n";
+    Imports late(text);
+    ASSERT_TRUE(late.Top());
+    EXPECT_EQ(late.Top()->Name(), "imported outline");
+    EXPECT_EQ(late.manager.CreatedCount(), 1002u);
+    Node* last = late.Top()->Son()->YoungestSon();
+    ASSERT_TRUE(last && last->Son());
+    EXPECT_EQ(last->Son()->Name(), "deep");
+}
+
+TEST(TaskpaperRulesTest, ItemsAndTheirTags) {
+    Check({
+        {"projects, tasks and notes", "Home:\n\t- sweep\n\ta note\nWork: @today\n\t- call\r\n", K::TaskPaper,
+         "imported TaskPaper\n  Home\n    sweep\n    a note\n  Work\n    call\n"},
+        {"tags leave the name", "- pay @due(2024-06-01) bills @flag\n", K::TaskPaper,
+         "imported TaskPaper\n  pay bills\n"},
+        {"lone CR", "A:\r\t- b\r", K::TaskPaper, "imported TaskPaper\n  A\n    b\n"},
+    });
+    Imports in("- ship @done(2024-03-02) @start(2024-02-01) @due(2024-03-09)\n"
+               "- mail me@home.org @high @wait(\n- quiet\n",
+               K::TaskPaper, "/tmp/lists/Chores.taskpaper");
+    ASSERT_TRUE(in.ok) << in.manager.FailureMessage();
+    Node* list = in.Top();
+    EXPECT_EQ(list->Name(), "Chores");
+    Node* ship = list->Son();
+    ASSERT_TRUE(ship);
+    EXPECT_EQ(ship->Name(), "ship");
+    EXPECT_TRUE(ship->GetBoolean("Checked"));
+    EXPECT_EQ(Ymd(ship->GetDate("EndDate")), "2024-3-2");
+    EXPECT_EQ(Ymd(ship->GetDate("StartDate")), "2024-2-1");
+    EXPECT_EQ(Ymd(ship->GetDate("DueDate")), "2024-3-9");
+    EXPECT_EQ(ship->GetString("Tags"), "");
+    Node* mail = ship->Brother();
+    ASSERT_TRUE(mail);
+    EXPECT_EQ(mail->Name(), "mail me@home.org");
+    EXPECT_EQ(mail->GetString("Tags"), "high;wait");
+    EXPECT_FALSE(mail->GetBoolean("Checked"));
+    EXPECT_FALSE(mail->Brother()->GetBoolean("NameStrike"));
+}
+
+TEST(SpreadsheetRulesTest, ColumnsAreTypedByEveryValue) {
+    Imports in("Title,Count,Flag,Day,Word,Blank,Mixed\n"
+               "a,1,true,2024-01-05,yes,,2\n"
+               "b,,FALSE,,no,,true\n"
+               "c,-2.5,1,2023-12-31,maybe,,\n",
+               K::Any, "/tmp/t.csv");
+    ASSERT_TRUE(in.ok) << in.manager.FailureMessage();
+    Props* props = in.doc.AttributeStorage();
+    EXPECT_FALSE(props->Find("Title")) << "without a Name column the first column names the notes";
+    ASSERT_TRUE(props->Find("Count") && props->Find("Flag") && props->Find("Day") && props->Find("Word") &&
+                props->Find("Blank") && props->Find("Mixed"));
+    EXPECT_TRUE(props->Find("Count")->IsNumber());
+    EXPECT_TRUE(props->Find("Flag")->IsBoolean());
+    EXPECT_TRUE(props->Find("Day")->IsDate());
+    EXPECT_TRUE(props->Find("Word")->IsString());
+    EXPECT_TRUE(props->Find("Blank")->IsString()) << "an empty column is text";
+    EXPECT_TRUE(props->Find("Mixed")->IsString()) << "2 and true are neither all numbers nor all booleans";
+    std::string out;
+    Dump(in.doc.Root(), 0, out);
+    EXPECT_EQ(out, "imported spreadsheet\n  a\n  b\n  c\n");
+    Node* c = in.Top()->YoungestSon();
+    EXPECT_DOUBLE_EQ(c->GetDouble("Count"), -2.5);
+    EXPECT_TRUE(c->GetBoolean("Flag"));
+    EXPECT_EQ(Ymd(c->GetDate("Day")), "2023-12-31");
+    EXPECT_FALSE(c->ElderBrother()->GetBoolean("Flag"));
+}
+
+TEST(SpreadsheetRulesTest, RowsQuotesAndLineEnds) {
+    Check({
+        {"lower-case name column, short and long rows", "x,name\n1,a\n2\n3,c,extra\n", K::CSV,
+         "imported spreadsheet\n  a\n  \n  c\n"},
+        {"blank lines between rows", "Name,X\n\na,1\n\n\nb,2\n", K::CSV, "imported spreadsheet\n  a\n  b\n"},
+        {"lone CR", "Name,X\ra,1\rb,2\r", K::CSV, "imported spreadsheet\n  a\n  b\n"},
+        {"quoted names", "Name,X\n\"a, \"\"b\"\"\"  ,1\n\"two\r\nlines\",2\n", K::CSV,
+         "imported spreadsheet\n  a, \"b\"\n  two\nlines\n"},
+        {"a tab file holds commas", "Name\tNote\na, b\tc, d\n", K::TSV, "imported spreadsheet\n  a, b\n"},
+        {"an empty table", "\n\n", K::CSV, "failed: nothing to import: the text is empty"},
+        {"an open quote", "Name\n\"a\nb\n", K::CSV, "failed: line 2: a quoted field is not closed"},
+    });
+    Imports tsv("Name\tNote\na, b\tc, d\n", K::TSV);
+    ASSERT_TRUE(tsv.Top() && tsv.Top()->Son());
+    EXPECT_EQ(tsv.Top()->Son()->GetString("Note"), "c, d");
+    EXPECT_EQ(Spreadsheet::MakeAttributeName("Co\xFFst"), "Co_st") << "bytes that are no UTF-8";
+    EXPECT_EQ(Spreadsheet::MakeAttributeName("Gr\xC3\xB6\xC3\x9F" "e m\xC2\xB2"), "Gr\xC3\xB6\xC3\x9F" "e_m_");
+}
+
+TEST(VCardRulesTest, FieldsNamesAndParameters) {
+    const std::string text = "begin:vcard\n"
+                             "item1.EMAIL;type=INTERNET:a@b.org\n"
+                             "TEL;WORK:1\nTEL;HOME:2\n"
+                             "ADR;LABEL=\"x:y\":;;St;City;;;\n"
+                             "FN:\n"
+                             "N:Lee;Ann;Q;Dr.;Jr.\n"
+                             "NOTE:folded\n\tline\n"
+                             "end:vcard\n";
+    VCard card(text);
+    ASSERT_TRUE(card.IsValid());
+    EXPECT_EQ(card.FullName(), "Dr. Ann Q Lee Jr.") << "an empty FN falls back to N";
+    EXPECT_EQ(card.EMail(), "a@b.org");
+    EXPECT_EQ(card.Telephone(), "1");
+    EXPECT_EQ(card.HomeTelephone(), "2");
+    EXPECT_EQ(card.Address(), "St, City");
+    EXPECT_EQ(card.FirstContaining("note"), "foldedline");
+    EXPECT_EQ(card.ReadableText(), "Telephone (WORK): 1\nTelephone (HOME): 2\nEmail: a@b.org\n"
+                                   "Address: St, City\nNote: foldedline\n");
+
+    Check({
+        {"no name", "BEGIN:VCARD\nEMAIL:a@b\nEND:VCARD\n", K::VCard,
+         "failed: the text is not a vCard (no card with a name)"},
+        {"no end", "BEGIN:VCARD\nFN:A\n", K::VCard, "failed: the text is not a vCard (no card with a name)"},
+        {"cards between other text", "junk\nBEGIN:VCARD\nFN:A\nEND:VCARD\nmore\nBEGIN:VCARD\nFN:B\nEND:VCARD", K::Any,
+         "A\nB\n"},
+    });
+}
+
+TEST(RISRulesTest, TagsGatherOrKeepTheFirst) {
+    const std::string text = "Exported list\r\n\r\n"
+                             "TY  - BOOK\r\nT1  - Second title\r\nTI  - First title\r\nTI  - Later title\r\n"
+                             "KW  - trees\r\nKW  - notes\r\nN1  - one\r\nN1  - two\r\nPB  - Pub\r\nPB  - Other\r\n"
+                             "ER  - \r\n"
+                             "TY  - JOUR\r\nTI  - Never ended\r\n";
+    Imports in(text);
+    ASSERT_TRUE(in.ok) << in.manager.FailureMessage();
+    ASSERT_EQ(in.manager.Targets().size(), 1u) << "a record without its end mark is dropped";
+    Node* book = in.Top();
+    EXPECT_EQ(book->Name(), "First title");
+    EXPECT_EQ(book->GetString("Publisher"), "Pub");
+    EXPECT_EQ(NodeText(book).GetText(), "one\ntwo");
+    EXPECT_NE(book->GetString("RefKeywords").find("trees"), std::string::npos);
+    EXPECT_NE(book->GetString("RefKeywords").find("notes"), std::string::npos);
+    EXPECT_EQ(book->GetString("ReferenceRIS"), "TY  - BOOK\nT1  - Second title\nTI  - First title\n"
+                                               "TI  - Later title\nKW  - trees\nKW  - notes\nN1  - one\n"
+                                               "N1  - two\nPB  - Pub\nPB  - Other\nER  - \n");
+    // The end mark is looked for after a newline: a file of lone CRs is text.
+    EXPECT_EQ(ImportableText::Recognize("TY  - JOUR\rTI  - x\rER  - \r", ""), K::Plain);
+    Check({{"no title", "TY  - GEN\nER  -\n", K::RIS, "\n"},
+           {"forced, no end mark", "TY  - GEN\n", K::RIS, "failed: the text is not RIS (no record ends with \"ER  -\")"}});
 }
