@@ -37,55 +37,143 @@ std::string Collapse(std::string_view text) {
 
 } // namespace
 
-std::string FreemindReader::ToText(std::string_view html) {
-    // Character data sits in the text of elements and between them; a walk
-    // of the kept tree gathers both in order.
-    XMLReader reader;
-    if (reader.Parse(html) && reader.GetNodeList()) {
-        std::string text;
-        static const char* const blocks[] = {"p", "div", "li", "h1", "h2", "h3", "h4", "h5", "h6", "tr", "br"};
-        auto isBlock = [](const std::string& n) {
-            return std::any_of(std::begin(blocks), std::end(blocks), [&](const char* b) { return n == b; });
-        };
-        // The reader keeps each element's own character data in one piece;
-        // that loses the order of text around child elements, which is
-        // enough for the short notes of a map.
-        std::vector<const XMLItem*> stack{reader.GetNodeList()};
-        std::vector<bool> closing{false};
-        while (!stack.empty()) {
-            const XMLItem* item = stack.back();
-            bool close = closing.back();
-            stack.pop_back();
-            closing.pop_back();
-            if (close) {
-                if (isBlock(item->Name()))
-                    text += "\n";
-                continue;
-            }
-            text += item->Text();
-            stack.push_back(item);
-            closing.push_back(true);
-            std::vector<const XMLItem*> children;
-            for (const XMLItem* c = item->Son(); c; c = c->Brother())
-                children.push_back(c);
-            for (auto it = children.rbegin(); it != children.rend(); ++it) {
-                stack.push_back(*it);
-                closing.push_back(false);
-            }
-        }
-        return Collapse(text);
-    }
-    // Not well formed: tags are dropped as they stand.
+namespace {
+
+bool IsBlockElement(std::string_view name) {
+    static const char* const blocks[] = {"p", "div", "li", "h1", "h2", "h3", "h4", "h5", "h6", "tr", "br"};
+    std::string lower(name);
+    for (char& c : lower)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return std::any_of(std::begin(blocks), std::end(blocks), [&](const char* b) { return lower == b; });
+}
+
+// Gathers character data in document order: an element's text before a
+// child is written when the child begins, the rest when it ends. Elements
+// are dropped as they end, so the tree is never held whole.
+class TextGatherer : public XMLReader {
+public:
     std::string text;
-    bool inTag = false;
-    for (char c : html) {
-        if (c == '<')
-            inTag = true;
-        else if (c == '>') {
-            inTag = false;
-            text += ' ';
-        } else if (!inTag)
+
+protected:
+    bool StartItem(XMLItem* item) override {
+        if (!open.empty())
+            Flush(open.back());
+        open.push_back({item, 0});
+        return true;
+    }
+    bool EndItem(XMLItem* item) override {
+        if (!open.empty() && open.back().item == item) {
+            Flush(open.back());
+            open.pop_back();
+        }
+        if (IsBlockElement(item->Name()))
+            text += "\n";
+        return true;
+    }
+
+private:
+    struct Open {
+        XMLItem* item;
+        size_t written;
+    };
+    void Flush(Open& o) {
+        const std::string& own = o.item->Text();
+        if (own.size() > o.written)
+            text.append(own, o.written, std::string::npos);
+        o.written = own.size();
+    }
+    std::vector<Open> open;
+};
+
+void AppendUTF8(std::string& out, unsigned long c) {
+    if (c == 0 || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF))
+        return;
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | (c >> 6));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+        out += static_cast<char>(0xE0 | (c >> 12));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (c >> 18));
+        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    }
+}
+
+// The character a reference stands for ("amp", "#38", "#x26"), appended;
+// false for one not known.
+bool AppendReference(std::string& out, std::string_view name) {
+    static const std::pair<const char*, const char*> named[] = {
+        {"amp", "&"}, {"lt", "<"}, {"gt", ">"}, {"quot", "\""}, {"apos", "'"}, {"nbsp", " "}};
+    for (const auto& [n, value] : named)
+        if (name == n) {
+            out += value;
+            return true;
+        }
+    if (name.size() < 2 || name[0] != '#')
+        return false;
+    bool hex = name[1] == 'x' || name[1] == 'X';
+    std::string_view digits = name.substr(hex ? 2 : 1);
+    if (digits.empty() || digits.size() > 8)
+        return false;
+    unsigned long c = 0;
+    for (char d : digits) {
+        int v = d >= '0' && d <= '9' ? d - '0'
+                : hex && d >= 'a' && d <= 'f' ? d - 'a' + 10
+                : hex && d >= 'A' && d <= 'F' ? d - 'A' + 10
+                                              : -1;
+        if (v < 0)
+            return false;
+        c = c * (hex ? 16 : 10) + static_cast<unsigned long>(v);
+    }
+    AppendUTF8(out, c);
+    return true;
+}
+
+} // namespace
+
+std::string FreemindReader::ToText(std::string_view html) {
+    // Well formed, or a well-formed fragment of several elements.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        TextGatherer reader;
+        std::string wrapped;
+        if (attempt == 1)
+            wrapped = "<fragment>" + std::string(html) + "</fragment>";
+        if (reader.Parse(attempt == 0 ? html : std::string_view(wrapped)))
+            return Collapse(reader.text);
+    }
+    // Not well formed: tags are dropped as they stand, a block element's
+    // tag breaks the line, and references are read.
+    std::string text;
+    for (size_t i = 0; i < html.size(); ++i) {
+        char c = html[i];
+        if (c == '<') {
+            size_t close = html.find('>', i);
+            if (close == std::string_view::npos)
+                break;
+            std::string_view tag = html.substr(i + 1, close - i - 1);
+            if (!tag.empty() && tag[0] == '/')
+                tag.remove_prefix(1);
+            size_t nameEnd = 0;
+            while (nameEnd < tag.size() && std::isalnum(static_cast<unsigned char>(tag[nameEnd])))
+                ++nameEnd;
+            text += IsBlockElement(tag.substr(0, nameEnd)) ? '\n' : ' ';
+            i = close;
+        } else if (c == '&') {
+            size_t semi = html.find(';', i);
+            if (semi != std::string_view::npos && semi - i <= 10 &&
+                AppendReference(text, html.substr(i + 1, semi - i - 1)))
+                i = semi;
+            else
+                text += c;
+        } else {
             text += c;
+        }
     }
     return Collapse(text);
 }

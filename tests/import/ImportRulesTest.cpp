@@ -6,8 +6,12 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <tuple>
+
+#include <unistd.h>
 
 #include "Hypertext.h"
+#include "FreemindReader.h"
 #include "ImportManager.h"
 #include "ImportableText.h"
 #include "Node.h"
@@ -313,4 +317,154 @@ TEST(RISRulesTest, TagsGatherOrKeepTheFirst) {
     EXPECT_EQ(ImportableText::Recognize("TY  - JOUR\rTI  - x\rER  - \r", ""), K::Plain);
     Check({{"no title", "TY  - GEN\nER  -\n", K::RIS, "\n"},
            {"forced, no end mark", "TY  - GEN\n", K::RIS, "failed: the text is not RIS (no record ends with \"ER  -\")"}});
+}
+
+TEST(OPMLRulesTest, OutlineAttributesAndWhereOutlinesCount) {
+    const std::string text =
+        "<opml version=\"2.0\"><head><outline text=\"in head\"/></head><body>"
+        "<outline text=\"A\" description=\"about\" _note=\"first&#10;second\" url=\"\" xmlUrl=\"http://f.org/rss\"/>"
+        "<outline text=\"B\" description=\"only about\" _status=\"true\" type=\"link\"/>"
+        "<group><outline text=\"hidden\"/></group>"
+        "<outline text=\"C\" _status=\"unchecked\"><outline text=\"C1\" rank=\"2\"/></outline>"
+        "</body></opml>";
+    Imports in(text);
+    ASSERT_TRUE(in.ok) << in.manager.FailureMessage();
+    std::string out;
+    Dump(in.doc.Root(), 0, out);
+    EXPECT_EQ(out, "imported outline\n  A\n  B\n  C\n    C1\n");
+    Node* a = in.Top()->Son();
+    EXPECT_EQ(NodeText(a).GetText(), "first\nsecond") << "_note wins over description";
+    EXPECT_EQ(a->GetString("URL"), "http://f.org/rss");
+    Node* b = a->Brother();
+    EXPECT_EQ(NodeText(b).GetText(), "only about");
+    EXPECT_TRUE(b->GetBoolean("Checked"));
+    EXPECT_FALSE(in.doc.AttributeStorage()->Find("type"));
+    EXPECT_FALSE(b->Brother()->GetBoolean("Checked"));
+    EXPECT_EQ(b->Brother()->Son()->GetString("rank"), "2");
+    EXPECT_EQ(in.Top()->GetString("DisplayedAttributes"), "rank");
+
+    // Named by the file when it has no title; an empty body makes the
+    // container alone.
+    Imports file("<OPML><body/></OPML>", K::Any, "/tmp/Plans.opml");
+    ASSERT_TRUE(file.ok);
+    EXPECT_EQ(file.Outline(), "Plans\n");
+    Check({{"another root", "<html><body/></html>", K::OPML,
+            "failed: line 1, column 1: the document element is <html>, not <opml> (not valid OPML)"}});
+}
+
+TEST(FreemindRulesTest, NodesLinksAndTheGrid) {
+    const std::string text = "<map><node TEXT=\"root\" LINK=\"http://m.org\">"
+                             "<richcontent TYPE=\"NODE\"><html><body><p>Rich name</p><p>more</p></body></html>"
+                             "</richcontent>"
+                             "<node TEXT=\"a\"><node TEXT=\"a1\"/></node>"
+                             "<hook NAME=\"x\"><node TEXT=\"not a child\"/></hook>"
+                             "<node TEXT=\"b\" COLOR=\"#0000ff\"/></node></map>";
+    Imports in(text, K::Freemind);
+    ASSERT_TRUE(in.ok) << in.manager.FailureMessage();
+    std::string out;
+    Dump(in.doc.Root(), 0, out);
+    EXPECT_EQ(out, "imported map\n  Rich name\n    a\n      a1\n    b\n");
+    Node* root = in.Top()->Son();
+    EXPECT_EQ(root->GetString("URL"), "http://m.org");
+    Node* a1 = root->Son()->Son();
+    EXPECT_DOUBLE_EQ(a1->GetDouble("Xpos"), 8.0);
+    EXPECT_DOUBLE_EQ(a1->GetDouble("Ypos"), 4.0);
+    Node* b = root->Son()->Brother();
+    EXPECT_DOUBLE_EQ(b->GetDouble("Xpos"), 4.0);
+    EXPECT_DOUBLE_EQ(b->GetDouble("Ypos"), 6.0);
+    EXPECT_EQ(b->GetColor("NameColor"), PColor(0, 0, 0xFFFF));
+
+    EXPECT_EQ(FreemindReader::ToText("<div>a &amp; b<br/>c</div><ul><li>x</li><li>y</li></ul>"), "a & b\nc\nx\ny");
+    EXPECT_EQ(FreemindReader::ToText("<p>not <b>closed</p>"), "not closed");
+    EXPECT_EQ(FreemindReader::ToText("<p>Press <b>Save</b> to <i>keep</i> it.</p>"), "Press Save to keep it.")
+        << "text around inner elements keeps its order";
+    EXPECT_EQ(FreemindReader::ToText("<!DOCTYPE html><p>Fish &amp; chips&nbsp;&#8364;5<br>mushy &#x70;eas"),
+              "Fish & chips \xE2\x82\xAC" "5\nmushy peas")
+        << "HTML that is no XML";
+}
+
+TEST(ImportHostileTest, DeepNestingEndsWithOneFailureAndNoNotes) {
+    const std::string tooDeep = "line " + std::to_string(0) + ": ";
+    std::string opml = "<opml><body>", mm = "<map>";
+    for (int i = 0; i < ImportManager::kMaxNoteDepth + 10; ++i) {
+        opml += "<outline text=\"x\">";
+        mm += "<node TEXT=\"x\">";
+    }
+    for (int i = 0; i < ImportManager::kMaxNoteDepth + 10; ++i) {
+        opml += "</outline>";
+        mm += "</node>";
+    }
+    opml += "</body></opml>";
+    mm += "</map>";
+    for (auto [what, text, kind] : {std::tuple{"OPML", opml, K::Any}, std::tuple{"map", mm, K::Freemind}}) {
+        Imports in(text, kind);
+        EXPECT_FALSE(in.ok) << what;
+        EXPECT_NE(in.manager.FailureMessage().find("nested too deeply"), std::string::npos)
+            << what << ": " << in.manager.FailureMessage();
+        EXPECT_EQ(in.manager.CreatedCount(), 0u) << what;
+        EXPECT_FALSE(in.doc.Root()->Son()) << what;
+    }
+    // A tab outline as deep as notes may go is read whole.
+    std::string stairs;
+    for (int i = 0; i < ImportManager::kMaxNoteDepth - 1; ++i)
+        stairs += std::string(i, '\t') + "s\n";
+    Imports deep(stairs);
+    EXPECT_TRUE(deep.ok) << deep.manager.FailureMessage();
+    EXPECT_EQ(deep.manager.CreatedCount(), static_cast<size_t>(ImportManager::kMaxNoteDepth));
+}
+
+TEST(ImportHostileTest, OddBytesAndHugeFields) {
+    // NUL bytes and bytes that are no UTF-8 stay as they came in a plain note.
+    const std::string odd("a\0b \xFF\xFE tail", 11);
+    Imports plain(odd);
+    ASSERT_TRUE(plain.ok) << plain.manager.FailureMessage();
+    ASSERT_TRUE(plain.Top());
+    EXPECT_EQ(plain.manager.CreatedCount(), 1u);
+
+    // A field of a megabyte is one value.
+    std::string huge(1 << 20, 'x');
+    Imports sheet("Name,Big\na,\"" + huge + "\"\n", K::CSV);
+    ASSERT_TRUE(sheet.ok) << sheet.manager.FailureMessage();
+    EXPECT_EQ(sheet.Top()->Son()->GetString("Big").size(), huge.size());
+
+    // A megabyte-long line of one tab outline item.
+    Imports line("a\n\t" + huge + "\n\tb\n");
+    ASSERT_TRUE(line.ok);
+    EXPECT_EQ(line.Top()->Son()->Son()->Name().size(), huge.size());
+}
+
+TEST(ImportFilesTest, FilesFoldersAndWhatCannotBeRead) {
+    namespace fs = std::filesystem;
+    fs::path dir = fs::temp_directory_path() / ("ryl-import-" + std::to_string(::getpid()));
+    fs::remove_all(dir);
+    fs::create_directories(dir / "my notes" / "inner");
+    auto write = [](const fs::path& p, const std::string& text) { std::ofstream(p, std::ios::binary) << text; };
+    write(dir / "my notes" / "b.txt", "Bee text.");
+    write(dir / "my notes" / "a.csv", "Name,X\nrow,1\n");
+    write(dir / "my notes" / ".hidden.txt", "secret");
+    write(dir / "my notes" / "c.pdf", "%PDF");
+    write(dir / "my notes" / "inner" / "d.md", "Dee.");
+    write(dir / "empty.txt", "");
+
+    Hypertext doc;
+    ImportManager manager(&doc, nullptr);
+    EXPECT_TRUE(manager.ImportFiles({"file://localhost" + (dir / "my%20notes").string()}));
+    std::string out;
+    Dump(doc.Root(), 0, out);
+    EXPECT_EQ(out, "my notes\n  imported spreadsheet\n    row\n  b\n  inner\n    d\n");
+    EXPECT_EQ(manager.CreatedCount(), 6u);
+    EXPECT_FALSE(manager.Failed()) << manager.FailureMessage();
+
+    Hypertext doc2;
+    ImportManager empty(&doc2, nullptr);
+    EXPECT_FALSE(empty.ImportFiles({(dir / "empty.txt").string()}));
+    EXPECT_EQ(empty.FailureMessage(), "nothing to import: the text is empty");
+    ImportManager missing(&doc2, nullptr);
+    EXPECT_FALSE(missing.ImportFiles({(dir / "gone.txt").string()}));
+    EXPECT_EQ(missing.FailureMessage(), (dir / "gone.txt").string() + ": no such file");
+    ImportManager pdf(&doc2, nullptr);
+    EXPECT_FALSE(pdf.ImportFiles({(dir / "my notes" / "c.pdf").string()}));
+    EXPECT_EQ(pdf.FailureMessage(), "PDF text cannot be imported here: reading them needs a platform service this build lacks");
+    EXPECT_FALSE(doc2.Root()->Son());
+    fs::remove_all(dir);
 }
