@@ -77,8 +77,10 @@ bool ImportManager::Import(const ImportSource& source) {
             size_t end = files->find('\n', start);
             if (end == std::string::npos)
                 end = files->size();
-            if (end > start)
-                paths.push_back(files->substr(start, end - start));
+            // Lists written with CRLF line ends leave a return behind.
+            size_t stop = end > start && (*files)[end - 1] == '\r' ? end - 1 : end;
+            if (stop > start)
+                paths.push_back(files->substr(start, stop - start));
             start = end + 1;
         }
         if (ImportFiles(paths))

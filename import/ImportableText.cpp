@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cctype>
 
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
+
 #include "FreemindReader.h"
 #include "ImportManager.h"
 #include "Node.h"
@@ -22,6 +25,39 @@ std::string_view WithoutByteOrderMark(std::string_view text) {
     if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark)
         text.remove_prefix(kByteOrderMark.size());
     return text;
+}
+
+// Text that begins with a UTF-16 byte order mark, in either byte order, as
+// UTF-8; a lone surrogate becomes U+FFFD and an odd last byte is dropped.
+// False for any other text.
+bool FromUTF16(std::string_view text, std::string& out) {
+    if (text.size() < 2)
+        return false;
+    unsigned char b0 = static_cast<unsigned char>(text[0]), b1 = static_cast<unsigned char>(text[1]);
+    bool little = b0 == 0xFF && b1 == 0xFE, big = b0 == 0xFE && b1 == 0xFF;
+    if (!little && !big)
+        return false;
+    std::u16string units;
+    units.reserve(text.size() / 2);
+    for (size_t i = 2; i + 1 < text.size(); i += 2) {
+        unsigned char lo = static_cast<unsigned char>(text[little ? i : i + 1]);
+        unsigned char hi = static_cast<unsigned char>(text[little ? i + 1 : i]);
+        units.push_back(static_cast<char16_t>(hi << 8 | lo));
+    }
+    out.clear();
+    out.reserve(units.size() * 3 / 2);
+    int32_t i = 0, length = static_cast<int32_t>(units.size());
+    while (i < length) {
+        UChar32 c;
+        U16_NEXT(units.data(), i, length, c);
+        if (U_IS_SURROGATE(c))
+            c = 0xFFFD;
+        char bytes[4];
+        int32_t n = 0;
+        U8_APPEND_UNSAFE(bytes, n, c);
+        out.append(bytes, static_cast<size_t>(n));
+    }
+    return true;
 }
 
 bool IsBlank(std::string_view text) {
@@ -54,6 +90,9 @@ bool ImportableText::KindNamed(const std::string& name, Kind& k) {
 }
 
 ImportableText::Kind ImportableText::Recognize(std::string_view text, const std::string& extension) {
+    std::string decoded;
+    if (FromUTF16(text, decoded))
+        return Recognize(decoded, extension);
     text = WithoutByteOrderMark(text);
     std::string ext = extension;
     for (char& c : ext)
@@ -86,7 +125,10 @@ Node* ImportableText::MakeContainer(ImportManager& manager, const std::string& o
 }
 
 bool ImportableText::ImportSelf(ImportManager& manager) {
-    if (WithoutByteOrderMark(text).size() != text.size())
+    std::string decoded;
+    if (FromUTF16(text, decoded))
+        text = std::move(decoded);
+    else if (WithoutByteOrderMark(text).size() != text.size())
         text.erase(0, kByteOrderMark.size());
     if (IsBlank(text)) {
         manager.Fail("nothing to import: the text is empty");
@@ -231,7 +273,11 @@ bool ImportableText::TryFreemind(ImportManager& manager) {
 }
 
 bool ImportableText::ImportPlain(ImportManager& manager) {
-    if (!file.empty() && manager.ChosenName().empty())
-        manager.ChooseName(Stem());
-    return manager.ImportStructuredText(text);
+    if (file.empty() || !manager.ChosenName().empty())
+        return manager.ImportStructuredText(text);
+    // The file's name names this note only, not those of files after it.
+    manager.ChooseName(Stem());
+    bool made = manager.ImportStructuredText(text);
+    manager.ChooseName("");
+    return made;
 }

@@ -119,6 +119,25 @@ TEST(ImportEncodingTest, AByteOrderMarkIsNoPartOfTheFirstLine) {
          "imported TaskPaper\n  Home\n    sweep\n"},
         {"plain", kBOM + "Hello.", ImportableText::Kind::Any, "Hello.\n"},
     });
+    // UTF-16 in either byte order, told by its mark.
+    auto utf16 = [](const std::u16string& text, bool little) {
+        std::string bytes = little ? "\xFF\xFE" : "\xFE\xFF";
+        for (char16_t u : text) {
+            char lo = static_cast<char>(u & 0xFF), hi = static_cast<char>(u >> 8);
+            bytes += little ? std::string{lo, hi} : std::string{hi, lo};
+        }
+        return bytes;
+    };
+    const std::u16string tsv = u"Name\tPrice\nCaf\u00E9\t3\n\U0001F600\t4\n";
+    for (bool little : {true, false}) {
+        std::string bytes = utf16(tsv, little);
+        EXPECT_EQ(ImportableText::Recognize(bytes, ""), ImportableText::Kind::Spreadsheet);
+        Imports in(bytes);
+        EXPECT_EQ(in.Outline(), "imported spreadsheet\n  Caf\xC3\xA9\n  \xF0\x9F\x98\x80\n") << little;
+    }
+    Imports lone(utf16(std::u16string(u"a") + char16_t(0xD800) + u"b", true));
+    EXPECT_EQ(lone.Outline(), "a\xEF\xBF\xBD" "b\n") << "a lone surrogate";
+
     Imports sheet(kBOM + "Cost,Name\n1,a\n", ImportableText::Kind::Any);
     EXPECT_TRUE(sheet.doc.AttributeStorage()->Find("Cost"));
     Imports ris(kBOM + "TY  - JOUR\nTI  - Trees\nER  - \n");
@@ -454,6 +473,18 @@ TEST(ImportFilesTest, FilesFoldersAndWhatCannotBeRead) {
     EXPECT_EQ(out, "my notes\n  imported spreadsheet\n    row\n  b\n  inner\n    d\n");
     EXPECT_EQ(manager.CreatedCount(), 6u);
     EXPECT_FALSE(manager.Failed()) << manager.FailureMessage();
+
+    // A dropped list of file URLs, one a line, CRLF or not.
+    Hypertext dropped;
+    ImportManager drop(&dropped, nullptr);
+    ImportSource files;
+    files.Add(ImportManager::kFileURL, "file://" + (dir / "my%20notes" / "b.txt").string() + "\r\n" +
+                                           (dir / "my notes" / "inner" / "d.md").string() + "\r\n");
+    EXPECT_TRUE(drop.Import(files));
+    EXPECT_FALSE(drop.Failed()) << drop.FailureMessage();
+    out.clear();
+    Dump(dropped.Root(), 0, out);
+    EXPECT_EQ(out, "b\nd\n");
 
     Hypertext doc2;
     ImportManager empty(&doc2, nullptr);
