@@ -499,3 +499,29 @@ TEST(ImportFilesTest, FilesFoldersAndWhatCannotBeRead) {
     EXPECT_FALSE(doc2.Root()->Son());
     fs::remove_all(dir);
 }
+
+TEST(ImportHostileTest, EntitiesNeitherExplodeNorReadFiles) {
+    std::string bomb = "<?xml version=\"1.0\"?><!DOCTYPE opml [<!ENTITY a \"aaaaaaaaaa\">";
+    std::string previous = "a";
+    for (char e = 'b'; e <= 'k'; ++e) {
+        bomb += std::string("<!ENTITY ") + e + " \"";
+        for (int i = 0; i < 10; ++i)
+            bomb += "&" + previous + ";";
+        bomb += "\">";
+        previous = std::string(1, e);
+    }
+    bomb += "]><opml><body><outline text=\"&k;\"/></body></opml>";
+    // Declarations are refused outright: the text is kept as it came.
+    Imports laughs(bomb, K::OPML);
+    EXPECT_EQ(laughs.Outline(), "failed: line 1, column 37: document type declarations are not accepted (not valid OPML)");
+    ASSERT_EQ(laughs.manager.CreatedCount(), 1u);
+    EXPECT_EQ(laughs.Top()->Name(), "Imported OPML");
+    EXPECT_EQ(NodeText(laughs.Top()).GetText(), bomb);
+
+    const std::string outside = "<?xml version=\"1.0\"?><!DOCTYPE map [<!ENTITY secret SYSTEM \"/etc/hostname\">]>"
+                                "<map><node TEXT=\"x\"><richcontent TYPE=\"NOTE\"><html>&secret;</html></richcontent>"
+                                "</node></map>";
+    Imports xxe(outside, K::Freemind);
+    EXPECT_EQ(xxe.Outline(), "failed: line 1, column 36: document type declarations are not accepted");
+    EXPECT_FALSE(xxe.doc.Root()->Son());
+}
