@@ -40,11 +40,47 @@ std::vector<std::string> Parts(const std::string& raw) {
     return parts;
 }
 
+// Whether a line's parameters (before its first ":") say its value is
+// quoted-printable.
+bool IsQuotedPrintable(std::string_view line) {
+    // Names and parameters are short; a long line without ":" is looked at
+    // no further than this, so that joining many lines stays linear.
+    std::string left = Upper(line.substr(0, std::min<size_t>(line.find(':'), 256)));
+    return left.find("QUOTED-PRINTABLE") != std::string::npos;
+}
+
+int HexDigit(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    return -1;
+}
+
+// "=C3=A9" as the bytes it stands for; an "=" not before two hex digits stays.
+std::string DecodeQuotedPrintable(std::string_view value) {
+    std::string out;
+    for (size_t i = 0; i < value.size(); ++i) {
+        int high, low;
+        if (value[i] == '=' && i + 2 < value.size() && (high = HexDigit(value[i + 1])) >= 0 &&
+            (low = HexDigit(value[i + 2])) >= 0) {
+            out += static_cast<char>(high * 16 + low);
+            i += 2;
+        } else {
+            out += value[i];
+        }
+    }
+    return out;
+}
+
 // Lines with folded continuations joined, and the line each began on.
 std::vector<std::pair<std::string, long>> Unfold(std::string_view text) {
     std::vector<std::pair<std::string, long>> lines;
     size_t start = 0;
     long number = 0;
+    bool softBreak = false;
     while (start <= text.size()) {
         size_t end = text.find('\n', start);
         if (end == std::string_view::npos)
@@ -53,10 +89,20 @@ std::vector<std::pair<std::string, long>> Unfold(std::string_view text) {
         ++number;
         if (!line.empty() && line.back() == '\r')
             line.remove_suffix(1);
-        if (!line.empty() && (line[0] == ' ' || line[0] == '\t') && !lines.empty())
+        if (!lines.empty() && softBreak)
+            lines.back().first.append(line);
+        else if (!line.empty() && (line[0] == ' ' || line[0] == '\t') && !lines.empty())
             lines.back().first.append(line.substr(1));
         else if (!line.empty())
             lines.emplace_back(std::string(line), number);
+        // A quoted-printable value whose line ends in "=" goes on in the
+        // next line, which is not indented.
+        softBreak = false;
+        if (!lines.empty() && !lines.back().first.empty() && lines.back().first.back() == '=' &&
+            IsQuotedPrintable(lines.back().first)) {
+            lines.back().first.pop_back();
+            softBreak = true;
+        }
         if (end == text.size())
             break;
         start = end + 1;
@@ -132,6 +178,11 @@ void VCard::Parse(std::string_view text) {
         if (!ParseLine(line, field))
             continue;
         field.line = number;
+        for (const std::string& p : field.parameters)
+            if (p == "QUOTED-PRINTABLE" || p == "ENCODING=QUOTED-PRINTABLE") {
+                field.value = DecodeQuotedPrintable(field.value);
+                break;
+            }
         std::string value = Upper(Trim(field.value));
         if (field.name == "BEGIN" && value == "VCARD") {
             begun = true;

@@ -162,6 +162,24 @@ TEST(VCardRulesTest, ALongLineOfColonsIsReadInLinearTime) {
     EXPECT_LT(seconds, 10.0);
 }
 
+TEST(VCardRulesTest, QuotedPrintableValues) {
+    const std::string text = "BEGIN:VCARD\r\nVERSION:2.1\r\n"
+                             "FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:Ren=C3=A9e =\r\nL=C3=A9vy\r\n"
+                             "NOTE;QUOTED-PRINTABLE:a=3Db =ZZ end\r\n"
+                             "TEL:1=2\r\nEND:VCARD\r\n";
+    VCard card(text);
+    EXPECT_EQ(card.FullName(), "Ren\xC3\xA9" "e L\xC3\xA9vy");
+    EXPECT_EQ(card.FirstContaining("NOTE"), "a=b =ZZ end") << "an = before no hex digits stays";
+    EXPECT_EQ(card.Telephone(), "1=2") << "other values are not decoded";
+    // Many soft breaks in a row are joined in linear time.
+    std::string many = "BEGIN:VCARD\nFN;QUOTED-PRINTABLE:x";
+    for (int i = 0; i < 200000; ++i)
+        many += "=\n=41";
+    many += "\nEND:VCARD\n";
+    VCard big(many);
+    EXPECT_EQ(big.FullName().size(), 200001u);
+}
+
 TEST(RISRulesTest, RepeatedPagesKeepTheFirst) {
     Imports run("TY  - JOUR\nTI  - T\nSP  - 5\nSP  - 9\nEP  - 7\nER  - \n");
     ASSERT_TRUE(run.Top());
