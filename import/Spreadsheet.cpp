@@ -1,5 +1,7 @@
 #include "Spreadsheet.h"
 
+#include <algorithm>
+
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
@@ -178,6 +180,9 @@ size_t Spreadsheet::NameColumn() const {
 }
 
 std::string Spreadsheet::MakeAttributeName(std::string_view column) {
+    // Attribute names may be written with a leading "$"; it is no part of them.
+    if (!column.empty() && column.front() == '$')
+        column.remove_prefix(1);
     std::string name;
     int32_t i = 0, length = static_cast<int32_t>(column.size());
     while (i < length) {
@@ -237,12 +242,16 @@ std::vector<std::string> Spreadsheet::ProposeNewAttributes(ImportManager& manage
     std::vector<std::string> names(columns.size());
     Props* props = manager.GetHypertext()->AttributeStorage();
     size_t nameColumn = NameColumn();
+    // Each attribute takes its value from the first column that names it;
+    // the name column sets the name.
+    std::vector<std::string> taken{"Name"};
     for (size_t c = 0; c < columns.size(); ++c) {
         if (c == nameColumn)
             continue;
         std::string name = MakeAttributeName(columns[c]);
-        if (name.empty())
+        if (name.empty() || std::find(taken.begin(), taken.end(), name) != taken.end())
             continue;
+        taken.push_back(name);
         if (Attribute* known = props->Find(name)) {
             if (known->IsEditable() && !known->IsAttributeCategory())
                 names[c] = name;

@@ -296,6 +296,18 @@ TEST(SpreadsheetRulesTest, RowsQuotesAndLineEnds) {
         {"an empty table", "\n\n", K::CSV, "failed: nothing to import: the text is empty"},
         {"an open quote", "Name\n\"a\nb\n", K::CSV, "failed: line 2: a quoted field is not closed"},
     });
+    // A column whose attribute an earlier column sets is left out, the name
+    // column's among them; a leading "$" is no part of a column's name.
+    Imports twice("Name,$Cost,Cost,name,Text\na,1,x,b,hello\n", K::CSV);
+    ASSERT_TRUE(twice.Top() && twice.Top()->Son()) << twice.Outline();
+    Node* a = twice.Top()->Son();
+    EXPECT_EQ(a->Name(), "a");
+    EXPECT_DOUBLE_EQ(a->GetDouble("Cost"), 1);
+    EXPECT_TRUE(twice.doc.AttributeStorage()->Find("Cost")->IsNumber());
+    EXPECT_FALSE(twice.doc.AttributeStorage()->Find("_Cost"));
+    EXPECT_EQ(NodeText(a).GetText(), "hello") << "a column may set a system attribute";
+    EXPECT_EQ(Spreadsheet::MakeAttributeName("$Due date"), "Due_date");
+
     Imports tsv("Name\tNote\na, b\tc, d\n", K::TSV);
     ASSERT_TRUE(tsv.Top() && tsv.Top()->Son());
     EXPECT_EQ(tsv.Top()->Son()->GetString("Note"), "c, d");
