@@ -555,3 +555,40 @@ TEST(ImportHostileTest, EntitiesNeitherExplodeNorReadFiles) {
     EXPECT_EQ(xxe.Outline(), "failed: line 1, column 36: document type declarations are not accepted");
     EXPECT_FALSE(xxe.doc.Root()->Son());
 }
+
+TEST(ImportPasteTest, FlavoursInTheirOrder) {
+    struct Case {
+        const char* what;
+        std::vector<std::pair<std::string, std::string>> flavours;
+        bool made;
+        std::string outline; // or the failure
+    };
+    const Case cases[] = {
+        {"a URL is named from the text beside it and the text still comes in",
+         {{ImportManager::kURL, "https://a.org/"}, {ImportManager::kString, "About a."}},
+         true,
+         "About a.\nAbout a.\n"},
+        {"a card before text", {{ImportManager::kString, "x"}, {ImportManager::kVCard, "BEGIN:VCARD\nFN:Bo\nEND:VCARD"}},
+         true, "Bo\n"},
+        {"a picture alone", {{ImportManager::kImage, "PNG"}}, false,
+         "pictures on the pasteboard cannot be imported here: reading them needs a platform service this build "
+         "lacks"},
+        {"a picture beside a URL", {{ImportManager::kImage, "PNG"}, {ImportManager::kURL, "https://b.org/"}}, true,
+         "https://b.org/\n"},
+        {"a stamp beside text", {{ImportManager::kStamp, "s"}, {ImportManager::kString, "Words."}}, true, "Words.\n"},
+        {"empty text", {{ImportManager::kString, " \n"}}, false, "nothing to import: the text is empty"},
+    };
+    for (const Case& c : cases) {
+        Hypertext doc;
+        ImportManager manager(&doc, nullptr);
+        ImportSource source;
+        for (const auto& [type, data] : c.flavours)
+            source.Add(type, data);
+        EXPECT_EQ(manager.Import(source), c.made) << c.what;
+        std::string out;
+        Dump(doc.Root(), 0, out);
+        EXPECT_EQ(c.made ? out : manager.FailureMessage(), c.outline) << c.what;
+        if (!c.made)
+            EXPECT_FALSE(doc.Root()->Son()) << c.what;
+    }
+}
