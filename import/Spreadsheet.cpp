@@ -1,6 +1,6 @@
 #include "Spreadsheet.h"
 
-#include <algorithm>
+#include <set>
 
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
@@ -244,14 +244,13 @@ std::vector<std::string> Spreadsheet::ProposeNewAttributes(ImportManager& manage
     size_t nameColumn = NameColumn();
     // Each attribute takes its value from the first column that names it;
     // the name column sets the name.
-    std::vector<std::string> taken{"Name"};
+    std::set<std::string> taken{"Name"};
     for (size_t c = 0; c < columns.size(); ++c) {
         if (c == nameColumn)
             continue;
         std::string name = MakeAttributeName(columns[c]);
-        if (name.empty() || std::find(taken.begin(), taken.end(), name) != taken.end())
+        if (name.empty() || !taken.insert(name).second)
             continue;
-        taken.push_back(name);
         if (Attribute* known = props->Find(name)) {
             if (known->IsEditable() && !known->IsAttributeCategory())
                 names[c] = name;

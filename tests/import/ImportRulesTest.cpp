@@ -308,6 +308,16 @@ TEST(SpreadsheetRulesTest, RowsQuotesAndLineEnds) {
     EXPECT_EQ(NodeText(a).GetText(), "hello") << "a column may set a system attribute";
     EXPECT_EQ(Spreadsheet::MakeAttributeName("$Due date"), "Due_date");
 
+    // A header of many columns, most of them repeats.
+    std::string header = "Name", row = "r";
+    for (int i = 0; i < 100000; ++i) {
+        header += ",c" + std::to_string(i % 50);
+        row += "," + std::to_string(i);
+    }
+    Imports wide(header + "\n" + row + "\n", K::CSV);
+    ASSERT_TRUE(wide.Top() && wide.Top()->Son()) << wide.Outline();
+    EXPECT_DOUBLE_EQ(wide.Top()->Son()->GetDouble("c49"), 49);
+
     Imports tsv("Name\tNote\na, b\tc, d\n", K::TSV);
     ASSERT_TRUE(tsv.Top() && tsv.Top()->Son());
     EXPECT_EQ(tsv.Top()->Son()->GetString("Note"), "c, d");
