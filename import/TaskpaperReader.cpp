@@ -20,6 +20,19 @@ std::string_view Trim(std::string_view s) {
     return s;
 }
 
+// Where the tag that begins at `start` ends: after its name, and after its
+// arguments when a "(" follows the name (to the line's end when unclosed).
+size_t TagEnd(std::string_view line, size_t start) {
+    size_t end = start + 1;
+    while (end < line.size() && IsTagCharacter(line[end]))
+        ++end;
+    if (end < line.size() && line[end] == '(') {
+        size_t close = line.find(')', end);
+        end = close == std::string_view::npos ? line.size() : close + 1;
+    }
+    return end;
+}
+
 } // namespace
 
 bool TaskpaperReader::IsProject(std::string_view line) { return !line.empty() && line.back() == ':'; }
@@ -41,13 +54,7 @@ size_t TaskpaperReader::NextTag(std::string_view line, size_t position) {
 }
 
 std::string TaskpaperReader::ExtractTag(std::string& line, size_t start) {
-    size_t end = start + 1;
-    while (end < line.size() && IsTagCharacter(line[end]))
-        ++end;
-    if (end < line.size() && line[end] == '(') {
-        size_t close = line.find(')', end);
-        end = close == std::string::npos ? line.size() : close + 1;
-    }
+    size_t end = TagEnd(line, start);
     std::string tag = line.substr(start, end - start);
     // The blank before the tag goes with it.
     size_t from = start > 0 && line[start - 1] == ' ' ? start - 1 : start;
@@ -100,10 +107,32 @@ void TaskpaperReader::ProcessNote(Node* note, std::string_view text) {
         line.erase(0, 1);
         line = std::string(Trim(line));
     }
+    // The tags are taken out in one pass, each with the blank before it, as
+    // ExtractTag would take them one by one; erasing them one by one would
+    // cost the line's length for each tag.
     std::vector<std::string> tags;
-    for (size_t at = NextTag(line, 0); at != std::string::npos; at = NextTag(line, at))
-        tags.push_back(ExtractTag(line, at));
-    std::string name(Trim(line));
+    std::string kept;
+    size_t pos = 0;
+    for (size_t at = NextTag(line, 0); at != std::string::npos;) {
+        if (at > pos) {
+            size_t from = line[at - 1] == ' ' ? at - 1 : at;
+            kept.append(line, pos, from - pos);
+        } else if (!kept.empty() && kept.back() == ' ') {
+            kept.pop_back();
+        }
+        size_t end = TagEnd(line, at);
+        tags.push_back(line.substr(at, end - at));
+        pos = end;
+        // Right after a tag, what was kept before it decides whether an "@"
+        // begins a word; further on, the line itself does.
+        bool wordStart = kept.empty() || kept.back() == ' ' || kept.back() == '\t';
+        if (wordStart && pos + 1 < line.size() && line[pos] == '@' && IsTagCharacter(line[pos + 1]))
+            at = pos;
+        else
+            at = pos < line.size() ? NextTag(line, pos + 1) : std::string::npos;
+    }
+    kept.append(line, pos, std::string::npos);
+    std::string name(Trim(kept));
     if (IsProject(name))
         name.pop_back();
     note->SetName(std::string(Trim(name)));

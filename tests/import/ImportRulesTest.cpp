@@ -19,6 +19,7 @@
 #include "Props.h"
 #include "RISReader.h"
 #include "STime.h"
+#include "TaskpaperReader.h"
 #include "Spreadsheet.h"
 #include "VCard.h"
 
@@ -255,6 +256,37 @@ TEST(TaskpaperRulesTest, ItemsAndTheirTags) {
     EXPECT_EQ(mail->GetString("Tags"), "high;wait");
     EXPECT_FALSE(mail->GetBoolean("Checked"));
     EXPECT_FALSE(mail->Brother()->GetBoolean("NameStrike"));
+}
+
+TEST(TaskpaperRulesTest, TagsAgainstTagsAndLongLines) {
+    struct Case {
+        std::string line, name, tags;
+    };
+    const Case cases[] = {
+        {"@x@y task", "task", "x;y"},
+        {"a @x@y", "a@y", "x"},
+        {"a @x @y b", "a b", "x;y"},
+        {"a  @x", "a", "x"},
+        {"@x(1 2) rest @y(", "rest", "x;y"},
+        {"- a@b.org @@ @", "a@b.org @@ @", ""},
+    };
+    for (const Case& c : cases) {
+        Hypertext doc;
+        Node* note = NodeMaker(&doc).MakeNode("", nullptr, nullptr, 0, 0);
+        TaskpaperReader().ProcessNote(note, c.line);
+        EXPECT_EQ(note->Name(), c.name) << c.line;
+        EXPECT_EQ(note->GetString("Tags"), c.tags) << c.line;
+    }
+    // A line of a million tags is read in one pass.
+    std::string line = "- many";
+    for (int i = 0; i < 1000000; ++i)
+        line += " @t";
+    auto start = std::chrono::steady_clock::now();
+    Imports in(line + " done\n", K::TaskPaper);
+    double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    ASSERT_TRUE(in.Top() && in.Top()->Son()) << in.Outline();
+    EXPECT_EQ(in.Top()->Son()->Name(), "many done");
+    EXPECT_LT(seconds, 5.0);
 }
 
 TEST(SpreadsheetRulesTest, ColumnsAreTypedByEveryValue) {
