@@ -634,3 +634,16 @@ TEST(ImportPasteTest, FlavoursInTheirOrder) {
             EXPECT_FALSE(doc.Root()->Son()) << c.what;
     }
 }
+
+TEST(ImportEncodingTest, AnOutlineFileInUTF16DeclaresWhatItWas) {
+    // The declaration still names UTF-16 once the text is UTF-8.
+    std::u16string x = u"<?xml version=\"1.0\" encoding=\"UTF-16\"?><opml><body><outline text=\"caf\u00E9\"/>"
+                       u"</body></opml>";
+    std::string bytes = "\xFF\xFE";
+    for (char16_t u : x) {
+        bytes += static_cast<char>(u & 0xFF);
+        bytes += static_cast<char>(u >> 8);
+    }
+    Imports in(bytes, K::Any, "/tmp/a.opml");
+    EXPECT_EQ(in.Outline(), "a\n  caf\xC3\xA9\n");
+}
