@@ -3,7 +3,6 @@
 // deep nesting, long lines) ends as.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <tuple>
@@ -154,13 +153,12 @@ TEST(VCardRulesTest, EscapesInStructuredValues) {
     EXPECT_EQ(named.FullName(), "Pat O;Neil");
 }
 
+// Read line by line, a 4 MB line of colons takes milliseconds; searched
+// from every colon back to its line's start it took minutes.
 TEST(VCardRulesTest, ALongLineOfColonsIsReadInLinearTime) {
     std::string colons(4 << 20, ':');
-    auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(VCard::IsValid(colons));
     EXPECT_EQ(ImportableText::Recognize(colons, ""), ImportableText::Kind::Plain);
-    double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    EXPECT_LT(seconds, 10.0);
 }
 
 TEST(VCardRulesTest, QuotedPrintableValues) {
@@ -277,16 +275,14 @@ TEST(TaskpaperRulesTest, TagsAgainstTagsAndLongLines) {
         EXPECT_EQ(note->Name(), c.name) << c.line;
         EXPECT_EQ(note->GetString("Tags"), c.tags) << c.line;
     }
-    // A line of a million tags is read in one pass.
+    // A line of a million tags is read in one pass (erased one by one, it
+    // took seconds).
     std::string line = "- many";
     for (int i = 0; i < 1000000; ++i)
         line += " @t";
-    auto start = std::chrono::steady_clock::now();
     Imports in(line + " done\n", K::TaskPaper);
-    double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     ASSERT_TRUE(in.Top() && in.Top()->Son()) << in.Outline();
     EXPECT_EQ(in.Top()->Son()->Name(), "many done");
-    EXPECT_LT(seconds, 5.0);
 }
 
 TEST(SpreadsheetRulesTest, ColumnsAreTypedByEveryValue) {
@@ -630,8 +626,9 @@ TEST(ImportPasteTest, FlavoursInTheirOrder) {
         std::string out;
         Dump(doc.Root(), 0, out);
         EXPECT_EQ(c.made ? out : manager.FailureMessage(), c.outline) << c.what;
-        if (!c.made)
+        if (!c.made) {
             EXPECT_FALSE(doc.Root()->Son()) << c.what;
+        }
     }
 }
 
