@@ -12,6 +12,7 @@
 #include "ImportableText.h"
 #include "Node.h"
 #include "NodeHelpers.h"
+#include "HexEscapes.h"
 #include "VCard.h"
 
 namespace fs = std::filesystem;
@@ -22,31 +23,6 @@ std::string Lower(std::string s) {
     for (char& c : s)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return s;
-}
-
-int HexValue(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
-std::string PercentDecode(const std::string& text) {
-    std::string out;
-    for (size_t i = 0; i < text.size(); ++i) {
-        int high, low;
-        if (text[i] == '%' && i + 2 < text.size() && (high = HexValue(text[i + 1])) >= 0 &&
-            (low = HexValue(text[i + 2])) >= 0) {
-            out += static_cast<char>(high * 16 + low);
-            i += 2;
-        } else {
-            out += text[i];
-        }
-    }
-    return out;
 }
 
 // Files larger than this are not read: an import of that size is a mistake.
@@ -80,7 +56,7 @@ std::unique_ptr<Importable> Importable::CreateForFileURL(const std::string& url)
         if (path.rfind("localhost/", 0) == 0)
             path.erase(0, 9);
     }
-    path = PercentDecode(path);
+    path = HexEscapes::Decode(path, '%');
     if (path == "~" || path.rfind("~/", 0) == 0) {
         const char* home = std::getenv("HOME");
         if (home)

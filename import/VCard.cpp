@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "HexEscapes.h"
 #include "Node.h"
 #include "NodeHelpers.h"
 
@@ -47,32 +48,6 @@ bool IsQuotedPrintable(std::string_view line) {
     // no further than this, so that joining many lines stays linear.
     std::string left = Upper(line.substr(0, std::min<size_t>(line.find(':'), 256)));
     return left.find("QUOTED-PRINTABLE") != std::string::npos;
-}
-
-int HexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return -1;
-}
-
-// "=C3=A9" as the bytes it stands for; an "=" not before two hex digits stays.
-std::string DecodeQuotedPrintable(std::string_view value) {
-    std::string out;
-    for (size_t i = 0; i < value.size(); ++i) {
-        int high, low;
-        if (value[i] == '=' && i + 2 < value.size() && (high = HexDigit(value[i + 1])) >= 0 &&
-            (low = HexDigit(value[i + 2])) >= 0) {
-            out += static_cast<char>(high * 16 + low);
-            i += 2;
-        } else {
-            out += value[i];
-        }
-    }
-    return out;
 }
 
 // Lines with folded continuations joined, and the line each began on.
@@ -180,7 +155,7 @@ void VCard::Parse(std::string_view text) {
         field.line = number;
         for (const std::string& p : field.parameters)
             if (p == "QUOTED-PRINTABLE" || p == "ENCODING=QUOTED-PRINTABLE") {
-                field.value = DecodeQuotedPrintable(field.value);
+                field.value = HexEscapes::Decode(field.value, '=');
                 break;
             }
         std::string value = Upper(Trim(field.value));

@@ -4,20 +4,15 @@
 #include <cmath>
 #include <cstdio>
 
-namespace {
+#include "HexEscapes.h"
 
-int HexDigit(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
+namespace {
 
 // Reads `count` hex digits at `at`; -1 when any is not a hex digit.
 long HexRun(const std::string& text, size_t at, size_t count) {
     long value = 0;
     for (size_t i = 0; i < count; ++i) {
-        int d = HexDigit(text[at + i]);
+        int d = HexEscapes::DigitValue(text[at + i]);
         if (d < 0) return -1;
         value = value * 16 + d;
     }
