@@ -730,8 +730,10 @@ double Node::GetDouble(const Attribute* attribute) const {
     return WithClone(this, attribute, [](const Value* v) { return v ? v->AsDouble() : 0.0; });
 }
 
-long Node::GetLong(const std::string& n) const {
-    return WithClone(this, GetAttribute(n), [](const Value* v) { return v ? static_cast<long>(v->AsLong()) : 0L; });
+long Node::GetLong(const std::string& n) const { return GetLong(GetAttribute(n)); }
+
+long Node::GetLong(const Attribute* attribute) const {
+    return WithClone(this, attribute, [](const Value* v) { return v ? static_cast<long>(v->AsLong()) : 0L; });
 }
 
 unsigned long Node::GetUnsignedLong(const std::string& n) const {

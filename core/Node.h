@@ -128,6 +128,7 @@ public:
     double GetDouble(const Attribute* attribute) const;
     virtual PColor GetColor(const std::string& name) const;
     virtual long GetLong(const std::string& name) const;
+    long GetLong(const Attribute* attribute) const;
     virtual unsigned long GetUnsignedLong(const std::string& name) const;
     virtual bool GetBoolean(const std::string& name) const;
     virtual bool GetBoolean(const Attribute* attribute) const;

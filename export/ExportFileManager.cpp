@@ -38,17 +38,36 @@ std::string ExportFileManager::StripExtension(const std::string& prefix) {
     return directory;
 }
 
+const ExportNameTable::Reads& ExportFileManager::AttributesRead() {
+    if (!reads)
+        reads.emplace(hypertext);
+    return *reads;
+}
+
 std::string ExportFileManager::GetHTMLExtension(Node* node) {
     if (!extensionOverride.empty())
         return extensionOverride;
-    return NodeExport(node).GetHTMLExtension();
+    if (!node || node->Invalid())
+        return std::string();
+    return NodeExport::ExtensionFrom(node->GetString(AttributesRead().extension));
 }
 
 std::string ExportFileManager::MakeFileNameFor(Node* node) {
-    return NodeExport(node).ExportFileName() + GetHTMLExtension(node);
+    if (!node || node->Invalid())
+        return GetHTMLExtension(node);
+    const ExportNameTable::Reads& read = AttributesRead();
+    std::string name = node->GetString(read.fileName);
+    if (name.empty()) {
+        const Node* original = node->GetOriginal();
+        name = NodeExport::FileSafeName(node->Name(), original->GetString(read.spacer),
+                                        original->GetBoolean(read.lowerCase), LimitFor(node));
+    }
+    return name + GetHTMLExtension(node);
 }
 
-long ExportFileManager::LimitFor(Node* node) const { return NodeExport(node).MaxLength(); }
+long ExportFileManager::LimitFor(Node* node) {
+    return NodeExport::LimitFrom(node && !node->Invalid() ? node->GetLong(AttributesRead().maxLength) : 0);
+}
 
 std::string ExportFileManager::Variation(Node* node, int n) {
     std::string suffix = "_" + std::to_string(n);
@@ -62,14 +81,19 @@ std::string ExportFileManager::Variation(Node* node, int n) {
     return stem + suffix + extension;
 }
 
+bool ExportFileManager::IsTaken(const std::string& name) const {
+    return (building && building->Has(name)) || (table && table->Has(name)) || later.count(name) != 0;
+}
+
 std::string ExportFileManager::UniqueFileNameFor(Node* node, const std::string& directory) {
     std::string name = MakeFileNameFor(node);
     for (int n = 1; n <= kMaxVariations; ++n) {
-        if (!names.count(directory + name))
+        if (!IsTaken(directory + name))
             return name;
         if (node && node->GetPreferences() && extensionOverride.empty()) {
             Node* root = node->Root();
-            if (root && root->GetString("HTMLExportExtension") != node->GetString("HTMLExportExtension"))
+            const Attribute* extension = AttributesRead().extension;
+            if (root && root->GetString(extension) != node->GetString(extension))
                 return name;
         }
         name = Variation(node, n);
@@ -78,22 +102,32 @@ std::string ExportFileManager::UniqueFileNameFor(Node* node, const std::string& 
 }
 
 void ExportFileManager::AddName(Node* node, const std::string& prefix) {
+    // Outside Initialize, the names go to a table of this export's own: the
+    // one shared with the document stays as it was made.
+    std::shared_ptr<ExportNameTable> own;
+    if (!building) {
+        own = table ? std::make_shared<ExportNameTable>(*table) : std::make_shared<ExportNameTable>();
+        building = own.get();
+    }
+    const ExportNameTable::Reads& read = AttributesRead();
     // An explicit stack: a deep outline must not deepen the call stack.
-    std::vector<std::pair<Node*, std::string>> pending{{node, prefix}};
+    std::vector<std::pair<Node*, std::string>> pending;
+    pending.emplace_back(node, prefix);
     while (!pending.empty()) {
-        auto [note, from] = pending.back();
+        Node* note = pending.back().first;
+        std::string from = std::move(pending.back().second);
         pending.pop_back();
-        NodeExport facade(note);
-        if (!facade.IsExportable())
+        // NodeExport::IsExportable, with the separator read through the
+        // attribute looked up once: most notes are not separators.
+        if (!note || note->Invalid() || note->IsAdornment() ||
+            (note->GetBoolean(read.separator) && !NodeExport(note).IsExportable()))
             continue;
         std::string directory = StripExtension(from);
         std::string full = directory + UniqueFileNameFor(note, directory);
         // The note is exportable and not the root: it can be exported unless
         // it says not to.
-        if (!note->GetBoolean("HTMLDontExport") || facade.CanExportChildren()) {
-            names.insert(full);
-            nodeNames[note] = full;
-        }
+        if (!note->GetBoolean(read.dontExport) || note->GetBoolean(read.exportChildren))
+            building->Add(note, full);
         if (!note->Son())
             continue;
         full += kDelimiter;
@@ -103,6 +137,10 @@ void ExportFileManager::AddName(Node* node, const std::string& prefix) {
             pending.emplace_back(child, full);
         std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(first), pending.end());
     }
+    if (own) {
+        table = std::move(own);
+        building = nullptr;
+    }
 }
 
 void ExportFileManager::Initialize() {
@@ -110,8 +148,23 @@ void ExportFileManager::Initialize() {
     Node* root = HypertextFacade(hypertext).Root();
     if (!root)
         return;
+    // An unchanged document is named as its last export named it.
+    ExportNameCache* cache = ExportNameCache::For(hypertext);
+    ExportNameTable::Key key = ExportNameTable::KeyFor(hypertext, AttributesRead(), extensionOverride);
+    if (cache) {
+        if (std::shared_ptr<const ExportNameTable> kept = cache->Find(key)) {
+            table = std::move(kept);
+            return;
+        }
+    }
+    auto made = std::make_shared<ExportNameTable>();
+    building = made.get();
     for (Node* child = root->Son(); child; child = child->Brother())
         AddName(child, "");
+    building = nullptr;
+    table = made;
+    if (cache)
+        cache->Keep(std::move(key), std::move(made));
 }
 
 std::string ExportFileManager::LocalFileName(Node* node) {
@@ -119,8 +172,8 @@ std::string ExportFileManager::LocalFileName(Node* node) {
         return std::string();
     if (!initialized)
         Initialize();
-    if (auto found = nodeNames.find(node); found != nodeNames.end())
-        return found->second;
+    if (const std::string* file = table ? table->FileOf(node) : nullptr)
+        return *file;
     if (node->IsRoot())
         return "/";
     std::string path;
@@ -179,9 +232,9 @@ std::string ExportFileManager::AuxFileName(Node* node) {
     if (size_t dot = rest.rfind('.'); dot != std::string::npos)
         rest.resize(dot);
     std::string name = rest;
-    for (int n = 1; names.count(directory + name) && n <= kMaxVariations; ++n)
+    for (int n = 1; IsTaken(directory + name) && n <= kMaxVariations; ++n)
         name = rest + "_" + std::to_string(n);
-    names.insert(directory + name);
+    later.insert(directory + name);
     return directory + name;
 }
 

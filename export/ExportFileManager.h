@@ -2,9 +2,12 @@
 // Owns every file name of one export: each note that makes a page (or a
 // folder for its children) gets a unique name inside the export folder,
 // children living in a folder named after their parent's page.
-#include <map>
-#include <set>
+#include <memory>
+#include <optional>
 #include <string>
+#include <unordered_set>
+
+#include "ExportNameTable.h"
 
 class Hypertext;
 class Node;
@@ -41,15 +44,21 @@ public:
     virtual void AddName(Node* node, const std::string& prefix);
 
     static std::string UnixPath(const std::string& path);
-    // Every file name given out so far.
-    const std::set<std::string>& Names() const { return names; }
+    // Whether the name was given out already ("/a/b.html").
+    bool IsTaken(const std::string& name) const;
 
 private:
-    long LimitFor(Node* node) const;
+    long LimitFor(Node* node);
+    const ExportNameTable::Reads& AttributesRead();
 
     Hypertext* hypertext;
     std::string extensionOverride;
-    std::set<std::string> names;
-    std::map<const Node*, std::string> nodeNames;
+    std::optional<ExportNameTable::Reads> reads;
+    // The names of the notes, shared with the document's cache once made;
+    // `building` is the table being filled while the names are made.
+    std::shared_ptr<const ExportNameTable> table;
+    ExportNameTable* building = nullptr;
+    // Names taken after the notes were named (the auxiliary files).
+    std::unordered_set<std::string> later;
     bool initialized = false;
 };

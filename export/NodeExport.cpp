@@ -34,18 +34,19 @@ bool NodeExport::HasExportableChildren() const {
     return AnyChild([](Node* child) { return !child->IsAdornment(); });
 }
 
-long NodeExport::MaxLength() const {
-    long limit = GetLong("HTMLFileNameMaxLength");
-    return limit < 9 ? 8 : limit;
-}
+long NodeExport::MaxLength() const { return LimitFrom(GetLong("HTMLFileNameMaxLength")); }
 
 std::string NodeExport::DefaultFileName() const {
     if (Invalid())
         return std::string();
-    std::string spacer = node->GetOriginal()->GetString("HTMLExportFileNameSpacer");
-    bool lower = node->GetOriginal()->GetBoolean("HTMLFileNameLowerCase");
-    std::string name = Name();
+    const Node* original = node->GetOriginal();
+    return FileSafeName(Name(), original->GetString("HTMLExportFileNameSpacer"),
+                        original->GetBoolean("HTMLFileNameLowerCase"), MaxLength());
+}
+
+std::string NodeExport::FileSafeName(const std::string& name, const std::string& spacer, bool lowerCase, long limit) {
     std::string result;
+    result.reserve(name.size());
     // A run of odd bytes writes one spacer, before what follows it: a run
     // at the end writes none.
     bool pending = false;
@@ -65,12 +66,11 @@ std::string NodeExport::DefaultFileName() const {
             pending = true;
         } else {
             flush();
-            result += lower ? static_cast<char>(std::tolower(static_cast<unsigned char>(c))) : c;
+            result += lowerCase ? static_cast<char>(std::tolower(static_cast<unsigned char>(c))) : c;
         }
     }
-    size_t limit = static_cast<size_t>(MaxLength());
-    if (result.size() > limit)
-        result.resize(limit);
+    if (result.size() > static_cast<size_t>(limit))
+        result.resize(static_cast<size_t>(limit));
     return result;
 }
 
@@ -79,8 +79,9 @@ std::string NodeExport::ExportFileName() const {
     return given.empty() ? DefaultFileName() : given;
 }
 
-std::string NodeExport::GetHTMLExtension() const {
-    std::string extension = GetString("HTMLExportExtension");
+std::string NodeExport::GetHTMLExtension() const { return ExtensionFrom(GetString("HTMLExportExtension")); }
+
+std::string NodeExport::ExtensionFrom(std::string extension) {
     if (!extension.empty() && extension[0] != '.')
         extension.insert(0, ".");
     return extension;

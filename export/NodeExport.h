@@ -32,4 +32,10 @@ public:
     long MaxLength() const;
     // "1.2.3": the note's place among its siblings at each level.
     std::string GetSectionNumber() const;
+
+    // The rules above on values already read, for callers that read many
+    // notes through attributes they looked up once.
+    static std::string FileSafeName(const std::string& name, const std::string& spacer, bool lowerCase, long limit);
+    static long LimitFrom(long maxLength) { return maxLength < 9 ? 8 : maxLength; }
+    static std::string ExtensionFrom(std::string extension);
 };

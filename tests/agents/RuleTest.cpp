@@ -141,6 +141,23 @@ TEST_F(RuleTest, EdictsRunOnUpdateAndClearedEdictsDoNothing) {
     EXPECT_EQ(a->GetLong("Count"), 5);
 }
 
+
+// Sorting happens on the loop's tick, after the values it sorts by changed:
+// a new order must count as a change of its own, or whatever the document
+// keeps while nothing changes (export names, agents' matches) goes stale.
+TEST_F(RuleTest, ASortThatReordersChildrenCountsAChange) {
+    Node* box = Make("box");
+    Node* b = Make("b", box);
+    Node* a = Make("a", box, b);
+    box->Set("Sort", "Name");
+    uint64_t before = doc.ChangeCount();
+    NodeActions(box).SortNow();
+    EXPECT_EQ(box->Son(), a);
+    EXPECT_GT(doc.ChangeCount(), before);
+    before = doc.ChangeCount();
+    NodeActions(box).SortNow();
+    EXPECT_EQ(doc.ChangeCount(), before);
+}
 TEST_F(RuleTest, OnAddAndOnRemoveRunWhenTheTreeChangesButNotWhileReading) {
     Node* inbox = Make("Inbox");
     Node* done = Make("Done", nullptr, inbox);

@@ -12,6 +12,7 @@
 #include "Node.h"
 #include "NodeExport.h"
 #include "NodeHelpers.h"
+#include "Props.h"
 
 namespace {
 
@@ -85,6 +86,40 @@ TEST_F(FileNames, WhichNotesExport) {
     Make("under", separator);
     EXPECT_TRUE(NodeExport(separator).IsExportable());
     EXPECT_EQ(NodeExport(inside).GetSectionNumber(), "1.1.1");
+}
+
+// Each export names the notes through a table the document keeps while
+// nothing changes: whatever changes a name must make the next export name
+// anew, and what one export adds must not reach the next.
+TEST_F(FileNames, AnExportOfAnUnchangedDocumentNamesAsTheLastDid) {
+    Node* a = Make("Alpha");
+    Node* child = Make("Child", a);
+    EXPECT_EQ(ExportFileManager(&doc).FileNameFor(child), "Alpha/Child.html");
+
+    // Auxiliary files take names in their own export only.
+    EXPECT_EQ(ExportFileManager(&doc).AuxFileName(child), "Alpha/Child");
+    EXPECT_EQ(ExportFileManager(&doc).AuxFileName(child), "Alpha/Child");
+
+    a->SetName("Beta");
+    EXPECT_EQ(ExportFileManager(&doc).FileNameFor(child), "Beta/Child.html");
+
+    // A default is no note's value: the document's change count does not
+    // see it change.
+    doc.AttributeStorage()->GetAttribute("HTMLFileNameLowerCase")->SetDefaultBoolean(true);
+    EXPECT_EQ(ExportFileManager(&doc).FileNameFor(child), "beta/child.html");
+    doc.AttributeStorage()->GetAttribute("HTMLExportExtension")->SetDefault("htm");
+    EXPECT_EQ(ExportFileManager(&doc).FileNameFor(child), "beta/child.htm");
+
+    // A forced extension names every page with it, and does not stay.
+    EXPECT_EQ(ExportFileManager(&doc, ".md").FileNameFor(child), "beta/child.md");
+    EXPECT_EQ(ExportFileManager(&doc).FileNameFor(child), "beta/child.htm");
+
+    // A note made later, first in the outline, takes the name first.
+    Node* twin = Make("Beta");
+    ExportFileManager after(&doc);
+    EXPECT_EQ(after.FileNameFor(twin), "beta.htm");
+    EXPECT_EQ(after.FileNameFor(a), "beta_1.htm");
+    EXPECT_EQ(after.FileNameFor(child), "beta_1/child.htm");
 }
 
 TEST(HTMLExportSaverTest, RewritesOnlyChangedPages) {
