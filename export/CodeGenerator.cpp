@@ -1,9 +1,11 @@
 #include "CodeGenerator.h"
 
 #include "HTMLMarkup.h"
+#include "Hypertext.h"
 #include "Link.h"
 #include "LinkCluster.h"
 #include "Node.h"
+#include "Props.h"
 
 const char* const CodeGenerator::kAttributeNames[kPairCount][2] = {
     {"HTMLBoldStart", "HTMLBoldEnd"},
@@ -22,12 +24,29 @@ const char* const CodeGenerator::kAttributeNames[kPairCount][2] = {
     {"HTMLCodeStart", "HTMLCodeEnd"},
 };
 
-CodeGenerator::CodeGenerator(const Node* n) : note(n) {
-    if (!note)
+void CodeGenerator::Lookup::Refresh(const Node* note) {
+    const Hypertext* document = note ? note->GetHypertext() : nullptr;
+    const Props* props = document ? document->AttributeStorage() : nullptr;
+    if (!props) {
+        stamp = 0;
         return;
+    }
+    if (stamp == props->Stamp() && stamp != 0)
+        return;
+    stamp = props->Stamp();
     for (int pair = 0; pair < kPairCount; ++pair)
         for (int side = 0; side < 2; ++side)
-            strings[pair][side] = note->GetString(kAttributeNames[pair][side]);
+            attributes[pair][side] = props->GetAttribute(kAttributeNames[pair][side]);
+}
+
+CodeGenerator::CodeGenerator(const Node* n, const Lookup* lookup) : note(n) {
+    if (!note)
+        return;
+    bool looked = lookup && lookup->stamp != 0;
+    for (int pair = 0; pair < kPairCount; ++pair)
+        for (int side = 0; side < 2; ++side)
+            strings[pair][side] = looked ? note->GetString(lookup->attributes[pair][side])
+                                         : note->GetString(kAttributeNames[pair][side]);
 }
 
 void HTMLCodeGenerator::Italic(HTMLMarkup& markup, int start, int end) {

@@ -3,8 +3,10 @@
 // nothing; HTMLCodeGenerator uses the note's HTML strings and
 // MarkdownCodeGenerator writes Markdown links.
 #include <array>
+#include <cstdint>
 #include <string>
 
+class Attribute;
 class HTMLMarkup;
 class LinkCluster;
 class Node;
@@ -16,7 +18,18 @@ public:
                 kIndentedParagraph, kFirstParagraph, kParagraph, kImage, kCode, kPairCount };
     static const char* const kAttributeNames[kPairCount][2];
 
-    explicit CodeGenerator(const Node* note);
+    // The attributes of those names in one attribute table, for a host that
+    // makes a generator for each of many notes.
+    struct Lookup {
+        // Looks the names up again when the table is another, or changed.
+        void Refresh(const Node* note);
+        uint64_t stamp = 0;
+        std::array<std::array<const Attribute*, 2>, kPairCount> attributes{};
+    };
+
+    // Reads the strings of `note`, through `lookup` when given (refreshed
+    // for the note's document).
+    explicit CodeGenerator(const Node* note, const Lookup* lookup = nullptr);
     virtual ~CodeGenerator() = default;
 
     virtual void Italic(HTMLMarkup& markup, int start, int end) {}

@@ -148,6 +148,11 @@ std::string ExportTemplate::DoTextMarkup(Node* node, int limit) {
     return html;
 }
 
+const CodeGenerator::Lookup* ExportTemplate::CodeLookup(const Node* note) const {
+    codeLookup.Refresh(note);
+    return &codeLookup;
+}
+
 bool ExportTemplate::IsTemplate(const std::string& text) { return text.find('^') != std::string::npos; }
 
 std::string ExportTemplate::ProcessExportElements(const std::string& text, Node* node) {

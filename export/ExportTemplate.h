@@ -84,6 +84,7 @@ public:
     void WriteImageFile(const Node* note, int index, const std::string& fileName,
                         const std::string& data) const override;
     std::vector<std::string> MacroOpenings() const override { return {}; }
+    const CodeGenerator::Lookup* CodeLookup(const Node* note) const override;
     virtual bool HasLinkNames() const;
     virtual bool HasBasicLinks() const;
     virtual std::string AuxFileName(Node* node);
@@ -144,4 +145,6 @@ private:
     MatchList matches;
     LinkIndex* linkIndex = nullptr;
     int depth = 0;
+    // The code generator's attributes, looked up once for all the pages.
+    mutable CodeGenerator::Lookup codeLookup;
 };

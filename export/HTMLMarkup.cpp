@@ -66,15 +66,17 @@ void HTMLMarkup::Init() {
     if (styled.empty())
         return;
     markdown = markdown || note->GetBoolean("HTMLMarkdown");
+    const CodeGenerator::Lookup* lookup = host ? host->CodeLookup(note) : nullptr;
     if (markdown)
-        generator = std::make_unique<MarkdownCodeGenerator>(note);
+        generator = std::make_unique<MarkdownCodeGenerator>(note, lookup);
     else
-        generator = std::make_unique<HTMLCodeGenerator>(note);
+        generator = std::make_unique<HTMLCodeGenerator>(note, lookup);
     if (host)
         for (const std::string& opening : host->MacroOpenings())
             macroOpenings.push_back(Utf8ToUtf16(opening));
 
-    code = std::make_unique<HTMLCode>(styled.Unicode(), note->GetBoolean("HTMLEntities"), note->GetBoolean("HTMLQuoteHTML"));
+    code = std::make_unique<HTMLCode>(styled.Unicode(), entities ? *entities : note->GetBoolean("HTMLEntities"),
+                                      note->GetBoolean("HTMLQuoteHTML"));
     bool cut = limit > 0 && limit < styled.Length();
     if (cut) {
         int end = static_cast<int>(limit);

@@ -7,8 +7,11 @@
 // HTMLMarkupHost, so that this layer does not depend on the template engine.
 // A null host means no text links between notes and no pictures.
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "CodeGenerator.h"
 
 #include "HTMLCode.h"
 #include "LinkBundle.h"
@@ -41,6 +44,9 @@ public:
     // by default the note's own first-paragraph or paragraph strings.
     virtual std::string OpenParagraphMarkup(const Node* note, int index, char16_t c) const;
     virtual std::string CloseParagraphMarkup(const Node* note, int index, char16_t c) const;
+    // The code generator's attributes as looked up in the note's document,
+    // kept by a host that marks up many notes; null to look them up by name.
+    virtual const CodeGenerator::Lookup* CodeLookup(const Node* note) const { return nullptr; }
 };
 
 class HTMLMarkup {
@@ -75,6 +81,9 @@ public:
     virtual void AddWebLinks();
 
     bool IsMarkdown() const { return markdown; }
+    // Marks the text up as if the note's "HTMLEntities" were `on`, without
+    // reading it (ToString encodes the text itself when it is on).
+    void SetEntities(bool on) { entities = on; }
     const HTMLMarkupHost* GetHost() const { return host; }
     const StyledText& GetStyledText() const { return styled; }
     const std::u16string& Text() const { return styled.Unicode(); }
@@ -122,5 +131,6 @@ private:
     std::unique_ptr<HTMLMarkupParagraphList> paragraphs;
     std::vector<std::u16string> macroOpenings;
     std::string result;
+    std::optional<bool> entities;
     bool done = false;
 };

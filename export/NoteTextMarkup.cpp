@@ -13,22 +13,11 @@ std::string NoteTextMarkup::EscapeText(const std::string& text, bool keepAmpersa
 std::string NoteTextMarkup::ToHTML(Node* node, ExportTemplate* exportTemplate, int limit) {
     if (!node)
         return std::string();
-    bool hadLocal = node->Properties().Has(node->GetAttribute("HTMLEntities"));
-    bool entities = node->GetBoolean("HTMLEntities");
-    if (entities)
-        node->SetBoolean("HTMLEntities", false);
-    std::string html;
-    {
-        bool markdown = exportTemplate && exportTemplate->GetExporter() && exportTemplate->GetExporter()->Markdown();
-        HTMLMarkup markup(node, exportTemplate ? exportTemplate->ExportingNode() : node, exportTemplate, limit,
-                          markdown);
-        html = markup.ToString();
-    }
-    if (entities) {
-        if (hadLocal)
-            node->SetBoolean("HTMLEntities", true);
-        else
-            node->Remove("HTMLEntities");
-    }
-    return html;
+    bool markdown = exportTemplate && exportTemplate->GetExporter() && exportTemplate->GetExporter()->Markdown();
+    HTMLMarkup markup(node, exportTemplate ? exportTemplate->ExportingNode() : node, exportTemplate, limit, markdown);
+    // The markup encodes the text itself: it runs as if the note's
+    // "HTMLEntities" were off, and the note is left as it is (setting and
+    // restoring the value would count as two changes to the document).
+    markup.SetEntities(false);
+    return markup.ToString();
 }

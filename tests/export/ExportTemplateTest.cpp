@@ -138,6 +138,20 @@ TEST_F(TemplateTest, TextElements) {
     // A note's text that holds elements is expanded for the note.
     NodeText(b).SetText("^value($Name)^");
     EXPECT_EQ(Expand("^text^", b), "B");
+
+    // The markup encodes a note's text once, whatever its "HTMLEntities",
+    // and exporting leaves the note and the document as they were.
+    NodeText(a).SetText("R&D caf\xC3\xA9");
+    a->SetBoolean("HTMLEntities", true);
+    uint64_t changes = doc.ChangeCount();
+    EXPECT_EQ(Expand("^text^"), "<p>R&D caf\xC3\xA9</p>");
+    EXPECT_EQ(doc.ChangeCount(), changes);
+    EXPECT_TRUE(a->GetBoolean("HTMLEntities"));
+    // The note's own strings enclose it, read through the attributes the
+    // template looked up once.
+    a->Set("HTMLExportBefore", "<div>");
+    a->Set("HTMLExportAfter", "</div>");
+    EXPECT_EQ(Expand("^text^"), "<div><p>R&D caf\xC3\xA9</p></div>");
 }
 
 TEST_F(TemplateTest, PreviewCommandRunsOnlyWhenAllowed) {
