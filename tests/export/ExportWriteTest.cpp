@@ -16,6 +16,9 @@
 #include "Hypertext.h"
 #include "Node.h"
 #include "NodeHelpers.h"
+#include "NodeLinks.h"
+#include "Props.h"
+#include "STemplateFile.h"
 
 namespace {
 
@@ -155,6 +158,26 @@ TEST_F(PageWrites, OnlyChangedPagesAreRewrittenInNewAndOldFolders) {
     ASSERT_TRUE(Export(folder, nullptr, &written, &unchanged));
     EXPECT_EQ(written, 9);
     EXPECT_EQ(Tree(folder)["D/Same.htm"], "Same|two");
+}
+
+// An export reads the document and writes files: it must leave the
+// document's change count where it was, or a second export of the same
+// document would name every note again, and agents would run again.
+TEST_F(PageWrites, ExportingTheBuiltInPagesChangesNothingInTheDocument) {
+    MakeSmallDocument();
+    Node* a = doc.Root()->Son();
+    NodeText(a).SetText("R&D and more, see B");
+    NodeLinks(a).CreateLink(a->Brother());
+    doc.AttributeStorage()->GetAttribute("HTMLEntities")->SetDefaultBoolean(true);
+    uint64_t changes = doc.ChangeCount();
+    for (int pass = 0; pass < 2; ++pass) {
+        HTMLExporter exporter(&doc, folder.string());
+        exporter.SetTemplateText(STemplateFile::BuiltInTemplate("html"));
+        ASSERT_TRUE(exporter.Export(true)) << exporter.Error();
+        EXPECT_EQ(exporter.Written() + exporter.Unchanged(), 6);
+        EXPECT_EQ(exporter.Unchanged(), pass == 0 ? 0 : 6);
+        EXPECT_EQ(doc.ChangeCount(), changes) << "pass " << pass;
+    }
 }
 
 TEST_F(PageWrites, ProgressCountsThePagesTheWalkWrites) {
