@@ -1,7 +1,5 @@
 #include "NodeActions.h"
 
-#include <vector>
-
 #include "Action.h"
 #include "Attribute.h"
 #include "Hypertext.h"
@@ -89,18 +87,9 @@ void NodeActions::SortNow() const {
     auto comparison = AttributeValueComparator::ForContainer(node);
     if (!comparison)
         return;
-    std::vector<const Node*> before;
-    for (const Node* child = node->Son(); child; child = child->Brother())
-        before.push_back(child);
-    node->SortChildren(TreeComparator(comparison));
     // A new order is a change to the notes (what is named first in an
     // export, the order agents find notes in), though no value changed.
-    size_t place = 0;
-    for (const Node* child = node->Son(); child; child = child->Brother(), ++place) {
-        if (before[place] != child) {
-            if (Hypertext* document = node->GetHypertext())
-                document->CountChange();
-            break;
-        }
-    }
+    if (node->SortChildren(TreeComparator(comparison)))
+        if (Hypertext* document = node->GetHypertext())
+            document->CountChange();
 }

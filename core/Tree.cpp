@@ -127,18 +127,22 @@ void Tree::Unhook() {
     elderBrother = nullptr;
 }
 
-void Tree::SortChildren(const TreeComparator& comparator) {
+bool Tree::SortChildren(const TreeComparator& comparator) {
     if (!son || !son->brother)
-        return;
+        return false;
     std::vector<Tree*> sons;
     for (Tree* s = son; s; s = s->brother)
         sons.push_back(s);
+    std::vector<Tree*> before = sons;
     std::stable_sort(sons.begin(), sons.end(), [&](Tree* a, Tree* b) { return comparator(a, b); });
+    if (sons == before)
+        return false;
     son = sons.front();
     for (size_t i = 0; i < sons.size(); ++i) {
         sons[i]->elderBrother = i ? sons[i - 1] : nullptr;
         sons[i]->brother = i + 1 < sons.size() ? sons[i + 1] : nullptr;
     }
+    return true;
 }
 
 void Tree::Sort(const TreeComparator& comparator) {

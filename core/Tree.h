@@ -55,7 +55,8 @@ public:
     virtual bool IsDescendedFrom(const Tree* ancestor) const;
     virtual void Unhook();
     virtual void Sort(const TreeComparator& comparator);
-    virtual void SortChildren(const TreeComparator& comparator);
+    // Answers whether the children's order changed.
+    virtual bool SortChildren(const TreeComparator& comparator);
 
     Tree* TreeFather() const { return father; }
     Tree* TreeSon() const { return son; }

@@ -16,7 +16,7 @@ constexpr int kMaxVariations = 100000;
 }  // namespace
 
 ExportFileManager::ExportFileManager(Hypertext* hypertext, std::string extensionOverride)
-    : hypertext(hypertext), extensionOverride(std::move(extensionOverride)) {}
+    : hypertext(hypertext), extensionOverride(std::move(extensionOverride)), read(hypertext) {}
 
 std::string ExportFileManager::UnixPath(const std::string& path) {
     if (!path.empty() && path[0] == kDelimiter)
@@ -38,24 +38,17 @@ std::string ExportFileManager::StripExtension(const std::string& prefix) {
     return directory;
 }
 
-const ExportNameTable::Reads& ExportFileManager::AttributesRead() {
-    if (!reads)
-        reads.emplace(hypertext);
-    return *reads;
-}
-
 std::string ExportFileManager::GetHTMLExtension(Node* node) {
     if (!extensionOverride.empty())
         return extensionOverride;
     if (!node || node->Invalid())
         return std::string();
-    return NodeExport::ExtensionFrom(node->GetString(AttributesRead().extension));
+    return NodeExport::ExtensionFrom(node->GetString(read.extension));
 }
 
 std::string ExportFileManager::MakeFileNameFor(Node* node) {
     if (!node || node->Invalid())
         return GetHTMLExtension(node);
-    const ExportNameTable::Reads& read = AttributesRead();
     std::string name = node->GetString(read.fileName);
     if (name.empty()) {
         const Node* original = node->GetOriginal();
@@ -65,8 +58,8 @@ std::string ExportFileManager::MakeFileNameFor(Node* node) {
     return name + GetHTMLExtension(node);
 }
 
-long ExportFileManager::LimitFor(Node* node) {
-    return NodeExport::LimitFrom(node && !node->Invalid() ? node->GetLong(AttributesRead().maxLength) : 0);
+long ExportFileManager::LimitFor(Node* node) const {
+    return NodeExport::LimitFrom(node && !node->Invalid() ? node->GetLong(read.maxLength) : 0);
 }
 
 std::string ExportFileManager::Variation(Node* node, int n) {
@@ -92,8 +85,7 @@ std::string ExportFileManager::UniqueFileNameFor(Node* node, const std::string& 
             return name;
         if (node && node->GetPreferences() && extensionOverride.empty()) {
             Node* root = node->Root();
-            const Attribute* extension = AttributesRead().extension;
-            if (root && root->GetString(extension) != node->GetString(extension))
+            if (root && root->GetString(read.extension) != node->GetString(read.extension))
                 return name;
         }
         name = Variation(node, n);
@@ -102,14 +94,6 @@ std::string ExportFileManager::UniqueFileNameFor(Node* node, const std::string& 
 }
 
 void ExportFileManager::AddName(Node* node, const std::string& prefix) {
-    // Outside Initialize, the names go to a table of this export's own: the
-    // one shared with the document stays as it was made.
-    std::shared_ptr<ExportNameTable> own;
-    if (!building) {
-        own = table ? std::make_shared<ExportNameTable>(*table) : std::make_shared<ExportNameTable>();
-        building = own.get();
-    }
-    const ExportNameTable::Reads& read = AttributesRead();
     // An explicit stack: a deep outline must not deepen the call stack.
     std::vector<std::pair<Node*, std::string>> pending;
     pending.emplace_back(node, prefix);
@@ -137,10 +121,6 @@ void ExportFileManager::AddName(Node* node, const std::string& prefix) {
             pending.emplace_back(child, full);
         std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(first), pending.end());
     }
-    if (own) {
-        table = std::move(own);
-        building = nullptr;
-    }
 }
 
 void ExportFileManager::Initialize() {
@@ -150,7 +130,7 @@ void ExportFileManager::Initialize() {
         return;
     // An unchanged document is named as its last export named it.
     ExportNameCache* cache = ExportNameCache::For(hypertext);
-    ExportNameTable::Key key = ExportNameTable::KeyFor(hypertext, AttributesRead(), extensionOverride);
+    ExportNameTable::Key key = ExportNameTable::KeyFor(hypertext, read, extensionOverride);
     if (cache) {
         if (std::shared_ptr<const ExportNameTable> kept = cache->Find(key)) {
             table = std::move(kept);

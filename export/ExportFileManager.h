@@ -3,7 +3,6 @@
 // folder for its children) gets a unique name inside the export folder,
 // children living in a folder named after their parent's page.
 #include <memory>
-#include <optional>
 #include <string>
 #include <unordered_set>
 
@@ -41,19 +40,19 @@ public:
     // The last part of the file name, cut at its first ".".
     virtual std::string ShortNameFor(Node* node);
     virtual std::string Variation(Node* node, int n);
-    virtual void AddName(Node* node, const std::string& prefix);
 
     static std::string UnixPath(const std::string& path);
     // Whether the name was given out already ("/a/b.html").
     bool IsTaken(const std::string& name) const;
 
 private:
-    long LimitFor(Node* node);
-    const ExportNameTable::Reads& AttributesRead();
+    // Names the note and its descendants into `building` (Initialize only).
+    void AddName(Node* node, const std::string& prefix);
+    long LimitFor(Node* node) const;
 
     Hypertext* hypertext;
     std::string extensionOverride;
-    std::optional<ExportNameTable::Reads> reads;
+    const ExportNameTable::Reads read;
     // The names of the notes, shared with the document's cache once made;
     // `building` is the table being filled while the names are made.
     std::shared_ptr<const ExportNameTable> table;

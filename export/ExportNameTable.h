@@ -18,7 +18,7 @@ class Node;
 
 class ExportNameTable {
 public:
-    // The attributes naming reads, looked up once per table.
+    // The attributes naming reads, looked up once per export.
     struct Reads {
         explicit Reads(const Hypertext* hypertext);
         // Their default values, which no note holds: a changed definition

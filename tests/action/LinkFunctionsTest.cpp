@@ -140,15 +140,13 @@ TEST_F(LinkFunctionsTest, DistanceByLatitudeAndLongitude) {
 TEST_F(LinkFunctionsTest, NeighboursWithinADistance) {
     // Paris links to London (near) and to Sydney (far); London links on to
     // Brussels (near Paris, two steps away) and Perth (far, two steps).
-    Node* paris = MakeNote("Paris");
     auto place = [&](const std::string& name, const char* lat, const char* lon) {
         Node* n = MakeNote(name);
         n->Set("Latitude", lat);
         n->Set("Longitude", lon);
         return n;
     };
-    paris->Set("Latitude", "48.8566");
-    paris->Set("Longitude", "2.3522");
+    Node* paris = place("Paris", "48.8566", "2.3522");
     Node* london = place("London", "51.5074", "-0.1278");
     place("Sydney", "-33.8688", "151.2093");
     place("Brussels", "50.8503", "4.3517");
